@@ -1,0 +1,171 @@
+/*
+ * zilcc.h - public interface of libzilccmx.so, a library of bit-exact colour
+ * conversion primitives for 8-, 16-bit and float images.
+ *
+ * Usable from C99 and C++. Every image primitive returns a ZilStatus:
+ *   0 (zilStatusOk)  the work is done;
+ *   > 0              a warning, the work is done (e.g. zilStatusOddSize);
+ *   < 0              an error: nothing at all has been written.
+ *
+ * Argument conventions shared by all image primitives
+ *   - Order: source, source step(s), destination, destination step(s), ZilSize,
+ *     then any further parameters.
+ *   - Steps are the distance in BYTES between the starts of two successive rows,
+ *     also for 16-bit and float images. Steps are added as given: a zero step
+ *     repeats a row, a negative step walks the image upwards. Only the families
+ *     that say so test steps.
+ *   - ZilSize is always the extent of the full-resolution (luma or RGB) image,
+ *     also in subsampled forms.
+ *   - Layout codes at the end of a name: C1/C3 interleaved channels; AC4 four
+ *     interleaved bytes whose fourth (alpha) takes no part and, as a destination,
+ *     is left untouched unless documented; P3 three planes given as an array
+ *     of pointers; C2 a packed 4:2:2 stream of two bytes a pixel. "XY" means
+ *     source layout X, destination layout Y. A final R means the function takes
+ *     steps; names without it take dense planes (step = plane width).
+ *   - The library keeps no state, allocates nothing and may be called from any
+ *     number of threads at once on distinct destinations.
+ */
+#ifndef ZILCC_H
+#define ZILCC_H
+
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Image extent in pixels (the full-resolution extent in subsampled forms). */
+typedef struct ZilSize {
+    int32_t width;
+    int32_t height;
+} ZilSize;
+
+/* The same with 64-bit fields. */
+typedef struct ZilSizeL {
+    int64_t width;
+    int64_t height;
+} ZilSizeL;
+
+/* A rectangle of an image: origin and extent in pixels. */
+typedef struct ZilRect {
+    int32_t x;
+    int32_t y;
+    int32_t width;
+    int32_t height;
+} ZilRect;
+
+/* Result of every image primitive (a signed 32-bit value). */
+typedef int32_t ZilStatus;
+enum {
+    zilStatusOk              = 0,    /* done */
+    zilStatusNegativeMaximum = 1,    /* warning: image maximum is negative, nothing mapped */
+    zilStatusOddSize         = 35,   /* warning: whole cells done, odd last column/row left as it was */
+    zilStatusBadArgument     = -5,   /* an enumerated parameter is out of range */
+    zilStatusBadSize         = -6,   /* width or height too small */
+    zilStatusNullPointer     = -8,   /* a null pointer */
+    zilStatusBadStep         = -14,  /* a step less than 1 (only where steps are tested) */
+    zilStatusBadContext      = -17,  /* a generator state with the wrong tag */
+    zilStatusBadChannelCount = -47,  /* channel count not accepted */
+    zilStatusBadRange        = -49,  /* vMax not above vMin */
+    zilStatusBadLevels       = -54,  /* level count out of range */
+    zilStatusBadNoise        = -55,  /* noise percentage above 100 */
+    zilStatusBadDitherType   = -224  /* unknown dither type */
+};
+
+/* Constant version record returned by zilccGetLibVersion. */
+typedef struct ZilLibVersion {
+    int32_t     major;       /* 2017 */
+    int32_t     minor;       /* 0 */
+    int32_t     majorBuild;  /* 3 */
+    int32_t     build;       /* 55431 */
+    char        targetCpu[4];/* "mx" and two zero bytes */
+    const char* name;        /* "zilCC PX (mx)" */
+    const char* version;     /* "2017.0.3 (r55431)" */
+    const char* buildDate;   /* "Apr 12 2017" */
+} ZilLibVersion;
+
+/* Colour-filter pattern at image sample (0,0), letters in the order
+ * top-left, top-right, bottom-left, bottom-right. */
+typedef int32_t ZilBayerGrid;
+enum {
+    zilBayerBGGR = 0,
+    zilBayerRGGB = 1,
+    zilBayerGBRG = 2,
+    zilBayerGRBG = 3
+};
+
+/* Selector of the bit-depth reduction. */
+typedef int32_t ZilDither;
+enum {
+    zilDitherNone              = 0, /* plain quantising */
+    zilDitherFloydSteinberg    = 1, /* error diffusion, 4 neighbours */
+    zilDitherJarvisJudiceNinke = 2, /* error diffusion, 12 neighbours */
+    zilDitherStucki            = 3, /* error diffusion, 12 neighbours */
+    zilDitherBayer             = 4  /* ordered dither, 4x4 matrix */
+};
+
+/* ------------------------------------------------------------------------ */
+/* Version query. Never fails; always returns the same constant record.      */
+const ZilLibVersion* zilccGetLibVersion(void);
+
+/* ------------------------------------------------------------------------ */
+/* RGB <-> YUV (analog YUV: Y = 0.299 R + 0.587 G + 0.114 B on 0..255,
+ * U and V scaled B-Y and R-Y offset by 128; 16 fraction bits).
+ * Plane arrays: Y, U, V or R, G, B in that order. 4:2:2 chroma planes hold
+ * (width+1)/2 samples a row, 4:2:0 chroma planes width/2 by height/2.
+ * 4:2:0 forms convert whole 2x2 cells and return zilStatusOddSize when width
+ * or height is odd, leaving the last odd row/column untouched.
+ * Pointer checks come before the size check, except for the entries of plane
+ * arrays, which are checked after the size. Minimum size 1x1 unless noted.
+ * Forms without a final R take dense planes: Y/R/G/B step width, C3 step
+ * 3*width, 4:2:2 chroma step (width+1)/2, 4:2:0 chroma step width/2.       */
+ZilStatus ziliRGBToYUV_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Fourth destination byte is left untouched. */
+ZilStatus ziliRGBToYUV_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYUV_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYUV_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Copies source alpha to dst[3]; only dst[0..2] are tested for null. */
+ZilStatus ziliRGBToYUV_8u_AC4P4R(const uint8_t* src, int srcStep, uint8_t* const dst[4], int dstStep, ZilSize roiSize);
+ZilStatus ziliYUVToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Fourth destination byte is left untouched. */
+ZilStatus ziliYUVToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Fourth destination byte of every pixel receives alpha. */
+ZilStatus ziliYUVToRGB_8u_C3C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYUVToRGB_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Destination plane entries are tested before source plane entries. */
+ZilStatus ziliYUVToRGB_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Packed Y0 U Y1 V; with an odd width the last cell gets Y and U only. */
+ZilStatus ziliRGBToYUV422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYUV422_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV422_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV422_8u_C3P3(const uint8_t* src, uint8_t* const dst[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV422_8u_P3(const uint8_t* const src[3], uint8_t* const dst[3], ZilSize roiSize);
+ZilStatus ziliYUV422ToRGB_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYUV422ToRGB_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYUV422ToRGB_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Fourth destination byte is set to 0. */
+ZilStatus ziliYUV422ToRGB_8u_P3AC4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYUV422ToRGB_8u_P3C3(const uint8_t* const src[3], uint8_t* dst, ZilSize roiSize);
+ZilStatus ziliYUV422ToRGB_8u_P3(const uint8_t* const src[3], uint8_t* const dst[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV420_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV420_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV420_8u_C3P3(const uint8_t* src, uint8_t* const dst[3], ZilSize roiSize);
+ZilStatus ziliRGBToYUV420_8u_P3(const uint8_t* const src[3], uint8_t* const dst[3], ZilSize roiSize);
+/* Source B, G, R, A bytes; A is ignored. */
+ZilStatus ziliBGRToYUV420_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYUV420ToRGB_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYUV420ToRGB_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Fourth destination byte is set to 0. */
+ZilStatus ziliYUV420ToRGB_8u_P3AC4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYUV420ToRGB_8u_P3C3(const uint8_t* const src[3], uint8_t* dst, ZilSize roiSize);
+ZilStatus ziliYUV420ToRGB_8u_P3(const uint8_t* const src[3], uint8_t* const dst[3], ZilSize roiSize);
+/* Destination B, G, R bytes; minimum size 2x2. */
+ZilStatus ziliYUV420ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+
+/* @@FAMILY-SECTIONS@@ : each family adds its block of prototypes above this line. */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZILCC_H */

@@ -1,0 +1,33 @@
+# Installs the built tree into WORK_DIR/prefix, then builds and runs the
+# consumer against it: once through find_package(zilcc), once through
+# pkg-config's flags for zilcc.pc.
+file(REMOVE_RECURSE ${WORK_DIR})
+set(prefix ${WORK_DIR}/prefix)
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+  if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "failed (${rc}): ${ARGN}\n${out}\n${err}")
+  endif()
+  set(last_out "${out}" PARENT_SCOPE)
+endfunction()
+run(${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix})
+foreach(f include/zilcc.h lib/libzilccmx.so lib/cmake/zilcc/zilccConfig.cmake lib/pkgconfig/zilcc.pc)
+  if(NOT EXISTS ${prefix}/${f})
+    message(FATAL_ERROR "not installed: ${f}")
+  endif()
+endforeach()
+run(${CMAKE_COMMAND} -S ${SOURCE_DIR} -B ${WORK_DIR}/build -G ${GENERATOR} -DCMAKE_PREFIX_PATH=${prefix})
+run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
+run(${WORK_DIR}/build/consumer)
+if(NOT last_out MATCHES "zilCC PX \\(mx\\) 2017.0.3 \\(r55431\\)")
+  message(FATAL_ERROR "unexpected consumer output: ${last_out}")
+endif()
+# pkg-config: read the flags from zilcc.pc (pkg-config itself may be absent).
+file(STRINGS ${prefix}/lib/pkgconfig/zilcc.pc pc)
+if(NOT pc MATCHES "Libs: -L\\$\\{libdir\\} -lzilccmx" OR NOT pc MATCHES "prefix=${prefix}")
+  message(FATAL_ERROR "zilcc.pc does not describe the installed tree: ${pc}")
+endif()
+find_program(CC_PROG NAMES cc gcc clang REQUIRED)
+run(${CC_PROG} -std=c99 ${SOURCE_DIR}/main.c -I${prefix}/include -L${prefix}/lib -lzilccmx
+    -Wl,-rpath,${prefix}/lib -o ${WORK_DIR}/consumer_pc)
+run(${WORK_DIR}/consumer_pc)
