@@ -162,7 +162,17 @@ ZilStatus ziliYUV420ToRGB_8u_P3(const uint8_t* const src[3], uint8_t* const dst[
 /* Destination B, G, R bytes; minimum size 2x2. */
 ZilStatus ziliYUV420ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
 
-/* @@FAMILY-SECTIONS@@ : each family adds its block of prototypes above this line. */
+/* ------------------------------------------------------------------------ */
+/* Demosaicing, gradient-steered (CFAToRGB)                                  */
+/* (end of CFAToRGB)                                                         */
+
+/* ------------------------------------------------------------------------ */
+/* Demosaicing, adaptive homogeneity-directed (DemosaicAHD)                  */
+/* (end of DemosaicAHD)                                                      */
+
+/* ------------------------------------------------------------------------ */
+/* Bit-depth reduction (ReduceBits)                                          */
+/* (end of ReduceBits)                                                       */
 
 #ifdef __cplusplus
 }
