@@ -1,0 +1,139 @@
+// Many threads call every export at once, each on its own destination and work
+// buffer, all reading the same sources; every result must equal the result of a
+// single-threaded run. Meant to run under ThreadSanitizer as well.
+//   zilcc_concurrency [THREADS [ROUNDS]]
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "../guard.h"
+#include "harness.h"
+
+using namespace zilfuzz;
+
+namespace {
+
+bool Has(const Row& r, char role) { return std::strchr(r.roles, role) != nullptr; }
+
+// A few valid calls per export: odd extents, padded steps, and for the
+// parameterised families the parameter values that choose different code.
+std::vector<Case> Cases() {
+    std::vector<Case> out;
+    for (size_t i = 0; i < kRowCount; ++i) {
+        Case c;
+        c.row = &kRows[i];
+        c.w = 37, c.h = 23;
+        c.src.mode = c.dst.mode = c.work.mode = ModePadded;
+        c.src.pad[0] = c.src.pad[1] = c.src.pad[2] = c.src.pad[3] = 12;
+        c.dst.pad[0] = c.dst.pad[1] = c.dst.pad[2] = c.dst.pad[3] = 8;
+        c.work.pad[0] = 16;
+        c.src.seed = uint32_t(3 * i + 1), c.dst.seed = uint32_t(3 * i + 2), c.work.seed = uint32_t(3 * i + 3);
+        c.alpha = 200, c.levels = 7, c.threshold = 100, c.bitOffset = 3, c.channels = 1;
+        if (Has(*c.row, 'g')) {  // demosaicing: each grid, a region inside and one touching the edges
+            for (int g = 0; g < 4; ++g) {
+                c.grid = g;
+                c.rect = {1, 2, 30, 19};
+                out.push_back(c);
+                c.rect = {0, 0, 37, 23};
+                out.push_back(c);
+            }
+        } else if (Has(*c.row, 'l') || Has(*c.row, 'c')) {  // quantisers and their size query
+            static const int64_t kDitherNoise[][2] = {{0, 0}, {4, 0}, {4, 40}, {1, 0}, {1, 25}, {2, 0}, {3, 60}};
+            for (const auto& dn : kDitherNoise) {
+                c.dither = dn[0], c.noise = dn[1];
+                out.push_back(c);
+            }
+        } else if (Has(*c.row, 'o')) {  // one-bit: plain and diffused
+            c.dither = 0;
+            out.push_back(c);
+            c.dither = 3;
+            out.push_back(c);
+        } else {
+            out.push_back(c);
+        }
+    }
+    return out;
+}
+
+struct Prepared {
+    Case c;
+    Extents e;
+    ImgBuf src;                 // shared by all threads, read only
+    ZilStatus status = 0;       // single-threaded result
+    std::vector<std::vector<uint8_t>> result;
+};
+
+struct PerThread {
+    std::vector<ImgBuf> dst, work;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int threads = argc > 1 ? std::atoi(argv[1]) : 8;
+    const int rounds = argc > 2 ? std::atoi(argv[2]) : 4;
+    const std::vector<Case> cases = Cases();
+    std::vector<Prepared> prep(cases.size());
+
+    // Reference: one thread, one call each.
+    for (size_t k = 0; k < cases.size(); ++k) {
+        Prepared& p = prep[k];
+        p.c = cases[k];
+        p.e = ExtentsOf(p.c);
+        BuildImg(p.c, p.e, 0, p.src);
+        ImgBuf dst, work;
+        BuildImg(p.c, p.e, 1, dst);
+        BuildImg(p.c, p.e, 2, work);
+        p.status = Call(p.c, p.src, dst, work);
+        if (p.status < 0) {
+            std::fprintf(stderr, "reference call failed with %d:\n  %s\n", int(p.status), p.c.Describe().c_str());
+            return 1;
+        }
+        for (int i = 0; i < dst.n; ++i) p.result.push_back(dst.pl[i].buf->copy());
+    }
+
+    // Every thread builds its own destinations and work buffers first.
+    std::vector<PerThread> mine(threads);
+    for (auto& t : mine) {
+        t.dst.resize(prep.size());
+        t.work.resize(prep.size());
+        for (size_t k = 0; k < prep.size(); ++k) {
+            BuildImg(prep[k].c, prep[k].e, 1, t.dst[k]);
+            BuildImg(prep[k].c, prep[k].e, 2, t.work[k]);
+        }
+    }
+
+    std::atomic<int> ready{0};
+    std::atomic<long> mismatches{0}, calls{0};
+    std::vector<std::thread> pool;
+    for (int t = 0; t < threads; ++t) {
+        pool.emplace_back([&, t] {
+            ready.fetch_add(1);
+            while (ready.load() < threads) std::this_thread::yield();
+            PerThread& me = mine[t];
+            for (int r = 0; r < rounds; ++r) {
+                for (size_t j = 0; j < prep.size(); ++j) {
+                    // Each thread walks the exports from its own starting point.
+                    const size_t k = (j + size_t(t) * 7 + size_t(r) * 3) % prep.size();
+                    Prepared& p = prep[k];
+                    if (r > 0) FillImg(p.c, 1, me.dst[k], p.c.dst.seed);  // back to the pre-fill
+                    const ZilStatus st = Call(p.c, p.src, me.dst[k], me.work[k]);
+                    calls.fetch_add(1, std::memory_order_relaxed);
+                    bool same = st == p.status;
+                    for (int i = 0; same && i < me.dst[k].n; ++i) same = me.dst[k].pl[i].buf->copy() == p.result[i];
+                    if (!same && mismatches.fetch_add(1) < 10)
+                        std::fprintf(stderr, "thread %d: result differs from the single-threaded run:\n  %s\n", t,
+                                     p.c.Describe().c_str());
+                }
+            }
+        });
+    }
+    for (auto& th : pool) th.join();
+    std::printf("%d threads x %d rounds x %zu calls (%zu exports): %ld calls, %ld mismatches\n", threads, rounds,
+                prep.size(), kRowCount, calls.load(), mismatches.load());
+    return mismatches.load() == 0 && calls.load() == long(threads) * rounds * long(prep.size()) ? 0 : 1;
+}

@@ -1,0 +1,207 @@
+// The argument shape of every export, in one table: which arguments a call
+// takes, in which order, and how much of each image it may touch. The fuzz
+// target, the corpus replayer and the concurrency test all build their calls
+// from it. A family adds itself with a few rows once its names are in the
+// export list (the build defines ZIL_HAVE_CFA, ZIL_HAVE_AHD, ZIL_HAVE_REDUCE).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "zilcc.h"
+
+namespace zilfuzz {
+
+// ---------------------------------------------------------------------------
+// Extent rules. A plane of an image spans rows(h) rows of cols(w) * bpp bytes,
+// where w, h are the extent that the image follows (Ext below).
+enum XRule : uint8_t {
+    XW,      // w
+    XHalfUp, // (w + 1) / 2: 4:2:2 chroma
+    XHalf,   // w / 2: 4:2:0 chroma
+    XEven,   // w & ~1: luma and pixels of 4:2:0 forms (an odd last column is not touched)
+    XBits,   // bytes holding w bits from bit (offset & 7) on: one-bit destinations
+    XAhd,    // w + 6 if w is even, w + 8 if odd: a line of the demosaicing work buffer
+    XOne     // one unit, whatever the extent
+};
+enum YRule : uint8_t {
+    YH,      // h
+    YHalf,   // h / 2
+    YEven,   // h & ~1
+    Y30,     // 30 lines
+    YOne     // one row
+};
+// Which extent an image follows.
+enum Ext : uint8_t {
+    ExtRoi,   // the call's ZilSize
+    ExtClip,  // the region after the demosaicing frame has clipped it
+    ExtQuery, // a work buffer sized by the library's own size query
+};
+// How its steps are passed.
+enum Steps : uint8_t {
+    StepOne,   // one int for all planes
+    StepArr,   // an int[3], one per plane
+    StepDense, // no step: every plane dense, step = its own width in bytes
+    StepNone,  // not an image (a work area or a result cell)
+};
+
+struct Plane {
+    uint8_t bpp;  // bytes per unit of XRule (pixel, sample or byte)
+    uint8_t x, y;
+};
+
+struct Img {
+    uint8_t planes;   // 0: absent; 1: one pointer; 3 or 4: an array of plane pointers
+    uint8_t steps;    // Steps
+    uint8_t ext;      // Ext
+    // Pointers the call tests for null, so that the fuzz target may pass null
+    // there: bit 7 the pointer argument itself (single pointer or the array),
+    // bits 0..3 entries of the array.
+    uint8_t nullable;
+    uint8_t elem;     // sample size: steps are kept multiples of it
+    bool isFloat;     // samples are 32-bit floats
+    bool foldMargin;  // demosaicing source: one sample beyond the image on an axis of 5
+    Plane p[4];
+};
+
+constexpr Img kNone{};
+
+constexpr Img One(uint8_t bpp, XRule x = XW, YRule y = YH, uint8_t elem = 1, Ext ext = ExtRoi) {
+    Img m{};
+    m.planes = 1, m.steps = StepOne, m.ext = ext, m.nullable = 0x80, m.elem = elem;
+    m.p[0] = {bpp, uint8_t(x), uint8_t(y)};
+    return m;
+}
+constexpr Img Planes(uint8_t n, Steps s, Plane a, Plane b, Plane c, Plane d = {}, uint8_t nullable = 0x87) {
+    Img m{};
+    m.planes = n, m.steps = s, m.ext = ExtRoi, m.nullable = nullable, m.elem = 1;
+    m.p[0] = a, m.p[1] = b, m.p[2] = c, m.p[3] = d;
+    return m;
+}
+constexpr Img Dense(Img m) { return m.steps = StepDense, m; }
+constexpr Img Float(Img m) { return m.isFloat = true, m; }
+constexpr Img Margin(Img m) { return m.foldMargin = true, m; }
+constexpr Img Work(Img m, uint8_t nullable) { return m.nullable = nullable, m; }
+
+// Post-processing of the extents before the destination is sized.
+enum Clip : uint8_t { ClipNone, ClipCfa, ClipAhd };
+// How the work buffer is sized.
+enum Query : uint8_t { QueryNone, QueryReduce, QueryReduce1u };
+
+// ---------------------------------------------------------------------------
+// One argument slot of a call; converts itself to the parameter's type.
+struct Slot {
+    int64_t i = 0;
+    void* p = nullptr;
+    ZilSize sz{};
+    ZilRect rc{};
+    template <class T>
+    T as() const {
+        if constexpr (std::is_pointer_v<T>) return static_cast<T>(p);
+        else if constexpr (std::is_same_v<T, ZilSize>) return sz;
+        else if constexpr (std::is_same_v<T, ZilRect>) return rc;
+        else return static_cast<T>(i);
+    }
+};
+
+template <class... P>
+constexpr size_t Arity(ZilStatus (*)(P...)) { return sizeof...(P); }
+template <class... P, size_t... I>
+ZilStatus ApplyIdx(ZilStatus (*f)(P...), const Slot* a, std::index_sequence<I...>) {
+    return f(a[I].template as<P>()...);
+}
+template <class... P>
+ZilStatus Apply(ZilStatus (*f)(P...), const Slot* a) {
+    return ApplyIdx(f, a, std::index_sequence_for<P...>{});
+}
+template <auto F>
+ZilStatus Invoke(const Slot* a) { return Apply(F, a); }
+
+// The version query takes nothing and must always give the same record.
+ZilStatus InvokeVersion(const Slot*);
+
+// Roles, one character per argument in order:
+//   s source image     S source step(s)   d destination     D destination step(s)
+//   z ZilSize (roi; the whole plane for the demosaicing entries)
+//   r ZilRect          g grid             b work buffer     B work buffer step
+//   a alpha            n noise            t dither          l levels
+//   o bit offset       x reserved int     h threshold       c channel code
+//   p result cell (int*), a destination of one int
+struct Row {
+    const char* name;
+    ZilStatus (*call)(const Slot*);
+    const char* roles;
+    size_t arity;
+    Img src, dst, work;
+    uint8_t clip = ClipNone;
+    uint8_t query = QueryNone;
+    uint8_t aux = 0;  // channel code passed to the size query
+};
+
+#define ZROW(f, roles, ...) ::zilfuzz::Row{#f, &::zilfuzz::Invoke<&f>, roles, ::zilfuzz::Arity(&f), __VA_ARGS__}
+
+// ---------------------------------------------------------------------------
+// Image shapes of the RGB-YUV family.
+constexpr Plane kFull{1, XW, YH}, kEven{1, XEven, YEven}, kHalfUp{1, XHalfUp, YH}, kHalf{1, XHalf, YHalf};
+constexpr Img kC3 = One(3), kAC4 = One(4), kC2 = One(2);
+constexpr Img kC3Even = One(3, XEven, YEven), kAC4Even = One(4, XEven, YEven);
+constexpr Img kP3 = Planes(3, StepOne, kFull, kFull, kFull);
+constexpr Img kP3Even = Planes(3, StepOne, kEven, kEven, kEven);
+constexpr Img kP4Alpha = Planes(4, StepOne, kFull, kFull, kFull, kFull, 0x87);  // dst[3] not tested
+constexpr Img k422 = Planes(3, StepArr, kFull, kHalfUp, kHalfUp);
+constexpr Img k420 = Planes(3, StepArr, kEven, kHalf, kHalf);
+
+inline constexpr Row kRows[] = {
+    Row{"zilccGetLibVersion", &InvokeVersion, "", 0, kNone, kNone, kNone},
+
+    // RGB <-> YUV
+    ZROW(ziliRGBToYUV_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliRGBToYUV_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliRGBToYUV_8u_C3P3R, "sSdDz", kC3, kP3, kNone),
+    ZROW(ziliRGBToYUV_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliRGBToYUV_8u_AC4P4R, "sSdDz", kAC4, kP4Alpha, kNone),
+    ZROW(ziliYUVToRGB_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliYUVToRGB_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliYUVToRGB_8u_C3C4R, "sSdDza", kC3, kAC4, kNone),
+    ZROW(ziliYUVToRGB_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliYUVToRGB_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliRGBToYUV422_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliRGBToYUV422_8u_C3P3R, "sSdDz", kC3, k422, kNone),
+    ZROW(ziliRGBToYUV422_8u_P3R, "sSdDz", kP3, k422, kNone),
+    ZROW(ziliRGBToYUV422_8u_C3P3, "sdz", Dense(kC3), Dense(k422), kNone),
+    ZROW(ziliRGBToYUV422_8u_P3, "sdz", Dense(kP3), Dense(k422), kNone),
+    ZROW(ziliYUV422ToRGB_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliYUV422ToRGB_8u_P3C3R, "sSdDz", k422, kC3, kNone),
+    ZROW(ziliYUV422ToRGB_8u_P3R, "sSdDz", k422, kP3, kNone),
+    ZROW(ziliYUV422ToRGB_8u_P3AC4R, "sSdDz", k422, kAC4, kNone),
+    ZROW(ziliYUV422ToRGB_8u_P3C3, "sdz", Dense(k422), Dense(kC3), kNone),
+    ZROW(ziliYUV422ToRGB_8u_P3, "sdz", Dense(k422), Dense(kP3), kNone),
+    ZROW(ziliRGBToYUV420_8u_C3P3R, "sSdDz", kC3Even, k420, kNone),
+    ZROW(ziliRGBToYUV420_8u_P3R, "sSdDz", kP3Even, k420, kNone),
+    ZROW(ziliRGBToYUV420_8u_C3P3, "sdz", Dense(kC3Even), Dense(k420), kNone),
+    ZROW(ziliRGBToYUV420_8u_P3, "sdz", Dense(kP3Even), Dense(k420), kNone),
+    ZROW(ziliBGRToYUV420_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliYUV420ToRGB_8u_P3C3R, "sSdDz", k420, kC3Even, kNone),
+    ZROW(ziliYUV420ToRGB_8u_P3R, "sSdDz", k420, kP3Even, kNone),
+    ZROW(ziliYUV420ToRGB_8u_P3AC4R, "sSdDz", k420, kAC4Even, kNone),
+    ZROW(ziliYUV420ToRGB_8u_P3C3, "sdz", Dense(k420), Dense(kC3Even), kNone),
+    ZROW(ziliYUV420ToRGB_8u_P3, "sdz", Dense(k420), Dense(kP3Even), kNone),
+    ZROW(ziliYUV420ToBGR_8u_P3C3R, "sSdDz", k420, kC3Even, kNone),
+};
+
+constexpr size_t kRowCount = sizeof kRows / sizeof kRows[0];
+
+constexpr bool RolesMatchArity() {
+    for (const Row& r : kRows) {
+        size_t n = 0;
+        while (r.roles[n]) ++n;
+        if (n != r.arity) return false;
+    }
+    return true;
+}
+static_assert(RolesMatchArity(), "a row's roles do not match its export's parameter count");
+
+}  // namespace zilfuzz

@@ -1,0 +1,68 @@
+# Robustness: the fuzz target (as a corpus replayer, and with libFuzzer in the
+# `fuzz` preset) and the concurrency test (also under ThreadSanitizer in the
+# `tsan` preset). Included by tests/CMakeLists.txt.
+option(ZIL_FUZZ "Build the libFuzzer target zilcc_fuzz (clang only)" OFF)
+option(ZIL_TSAN "Build the library and the concurrency test with -fsanitize=thread" OFF)
+
+# The fuzz target drives only the families whose names are in the export list.
+file(STRINGS ${ZIL_EXPORTS_FILE} zil_robust_names REGEX "^zili")
+set(ZIL_ROBUST_DEFS "")
+if("ziliCFAToRGB_8u_C1C3R" IN_LIST zil_robust_names)
+  list(APPEND ZIL_ROBUST_DEFS ZIL_HAVE_CFA=1)
+endif()
+if("ziliDemosaicAHD_8u_C1C3R" IN_LIST zil_robust_names)
+  list(APPEND ZIL_ROBUST_DEFS ZIL_HAVE_AHD=1)
+endif()
+if("ziliReduceBits_8u_C1R" IN_LIST zil_robust_names)
+  list(APPEND ZIL_ROBUST_DEFS ZIL_HAVE_REDUCE=1)
+endif()
+
+set(ZIL_FUZZ_DIR ${CMAKE_CURRENT_SOURCE_DIR}/fuzz)
+add_library(zilcc_fuzz_harness STATIC ${ZIL_FUZZ_DIR}/harness.cpp)
+target_link_libraries(zilcc_fuzz_harness PUBLIC zilccmx)
+target_compile_definitions(zilcc_fuzz_harness PUBLIC ${ZIL_ROBUST_DEFS})
+target_include_directories(zilcc_fuzz_harness PUBLIC ${ZIL_FUZZ_DIR})
+
+if(ZIL_TSAN)
+  # The library too, so that its own accesses are seen; its runtime comes with the program.
+  target_compile_options(zilccmx PRIVATE -fsanitize=thread)
+  target_link_options(zilccmx PRIVATE -Wl,-z,undefs)
+  target_compile_options(zilcc_fuzz_harness PUBLIC -fsanitize=thread)
+  target_link_options(zilcc_fuzz_harness PUBLIC -fsanitize=thread)
+endif()
+
+# The target as a plain program: replays files, or runs a fixed generator.
+add_executable(zilcc_fuzz_replay ${ZIL_FUZZ_DIR}/replay_main.cpp ${ZIL_FUZZ_DIR}/fuzz_target.cpp)
+target_link_libraries(zilcc_fuzz_replay PRIVATE zilcc_fuzz_harness)
+
+add_test(NAME fuzz_corpus_replay COMMAND zilcc_fuzz_replay ${ZIL_FUZZ_DIR}/corpus)
+# Deterministic bounded run: every export in turn with generated arguments.
+add_test(NAME fuzz_generated COMMAND zilcc_fuzz_replay --generate 30000 1)
+set_tests_properties(fuzz_corpus_replay fuzz_generated PROPERTIES TIMEOUT 300)
+
+# The harness's own checks must be able to fail: faulty stand-ins are caught.
+add_executable(zilcc_fuzz_selftest ${ZIL_FUZZ_DIR}/selftest.cpp)
+target_link_libraries(zilcc_fuzz_selftest PRIVATE zilcc_fuzz_harness)
+add_test(NAME fuzz_harness_selftest COMMAND zilcc_fuzz_selftest)
+
+add_executable(zilcc_concurrency ${ZIL_FUZZ_DIR}/concurrency.cpp)
+target_link_libraries(zilcc_concurrency PRIVATE zilcc_fuzz_harness)
+find_package(Threads REQUIRED)
+target_link_libraries(zilcc_concurrency PRIVATE Threads::Threads)
+add_test(NAME concurrency COMMAND zilcc_concurrency 8 4)
+set_tests_properties(concurrency PROPERTIES TIMEOUT 600)
+
+if(ZIL_FUZZ)
+  # libFuzzer over the library with coverage feedback from the library itself.
+  # clang knows no -fno-reorder-blocks-and-partition (it never splits functions).
+  get_target_property(zil_lib_opts zilccmx COMPILE_OPTIONS)
+  string(REPLACE "-fno-reorder-blocks-and-partition;" "" zil_lib_opts "${zil_lib_opts}")
+  set_target_properties(zilccmx PROPERTIES COMPILE_OPTIONS "${zil_lib_opts}")
+  set_source_files_properties(${PROJECT_SOURCE_DIR}/frame/freestanding.cpp DIRECTORY ${PROJECT_SOURCE_DIR}
+    PROPERTIES COMPILE_OPTIONS "-fno-builtin")
+  target_compile_options(zilccmx PRIVATE -fsanitize=fuzzer-no-link)
+  target_compile_options(zilcc_fuzz_harness PUBLIC -fsanitize=fuzzer-no-link)
+  add_executable(zilcc_fuzz ${ZIL_FUZZ_DIR}/fuzz_target.cpp)
+  target_link_libraries(zilcc_fuzz PRIVATE zilcc_fuzz_harness)
+  target_link_options(zilcc_fuzz PRIVATE -fsanitize=fuzzer)
+endif()
