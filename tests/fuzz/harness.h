@@ -78,6 +78,11 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work);
 // description on any violation.
 void RunOne(const Case& c);
 
+// Counts of RunOne's outcomes per export (successes, warnings, failures), for
+// the replayer's summary.
+struct Tally { long ok = 0, warn = 0, fail = 0; };
+extern Tally gTally[kRowCount];
+
 // Compare helpers for other drivers.
 bool SameContents(const ImgBuf& a, const ImgBuf& b);
 

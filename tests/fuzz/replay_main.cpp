@@ -68,6 +68,10 @@ int main(int argc, char** argv) {
             LLVMFuzzerTestOneInput(in.data(), in.size());
         }
         std::printf("%ld generated cases over %zu exports: no finding\n", n, zilfuzz::kRowCount);
+        if (std::getenv("ZIL_FUZZ_TALLY"))
+            for (size_t i = 0; i < zilfuzz::kRowCount; ++i)
+                std::printf("  %-34s ok %6ld  warning %6ld  failure %6ld\n", zilfuzz::kRows[i].name,
+                            zilfuzz::gTally[i].ok, zilfuzz::gTally[i].warn, zilfuzz::gTally[i].fail);
         return 0;
     }
     const bool print = argc >= 2 && std::strcmp(argv[1], "--print") == 0;
