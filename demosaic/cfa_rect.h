@@ -8,6 +8,7 @@
 #pragma once
 
 #include "cfa_kernels.h"
+#include "cfa_simd.h"
 
 namespace zil::cfa {
 
@@ -15,7 +16,7 @@ namespace zil::cfa {
 // s: the row's first sample; st: source step in elements; o: first output pixel.
 template <Site S0, Site S1, class T>
 inline void RectRow(const T* s, ptrdiff_t st, int w, T* __restrict o) {
-    int i = 0;
+    int i = RectRowWide<S0, S1>(s, st, w, o);  // whole groups of pairs, then pairs
     for (; i + 1 < w; i += 2) {
         InteriorPixel<S0>(s + i, st, o + 3 * i);
         InteriorPixel<S1>(s + i + 1, st, o + 3 * i + 3);

@@ -339,8 +339,10 @@ TYPED_TEST(Cfa, MirrorsAndTranspose) {
     for (int W : dims)
         for (int H : dims) {
             if (W > 7 && H > 7) continue;
-            const Plane<T> p = RandomPlane<T>(W, H, W * 131 + H * 7, TypeParam::kMax);
+            // Full-range samples, and samples of 0..3, where gradient ties are common.
+            for (int maxv : {TypeParam::kMax, 3})
             for (int g = 0; g < 4; ++g) {
+                const Plane<T> p = RandomPlane<T>(W, H, W * 131 + H * 7 + maxv, maxv);
                 const auto out = RunAll<TypeParam>(p, W, H, g);
                 int rx, ry;
                 RedOfGrid(g, rx, ry);
@@ -381,8 +383,9 @@ TYPED_TEST(Cfa, RegionsEqualTheWholeImage) {
     const int sizes[][2] = {{2, 2}, {3, 3}, {5, 4}, {11, 9}, {12, 10}, {45, 8}};
     for (auto& sz : sizes) {
         const int W = sz[0], H = sz[1];
-        const Plane<T> p = RandomPlane<T>(W, H, W * 17 + H, TypeParam::kMax);
+        for (int maxv : {TypeParam::kMax, 3})
         for (int g = 0; g < 4; ++g) {
+            const Plane<T> p = RandomPlane<T>(W, H, W * 17 + H + maxv, maxv);
             const auto whole = RunAll<TypeParam>(p, W, H, g);
             for (int x = 0; x < W; x += (x < 4 || x >= W - 4) ? 1 : 5)
                 for (int y = 0; y < H; y += (y < 4 || y >= H - 4) ? 1 : 3)
