@@ -164,6 +164,30 @@ ZilStatus ziliYUV420ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcSte
 
 /* ------------------------------------------------------------------------ */
 /* Demosaicing, gradient-steered (CFAToRGB)                                  */
+/* One plane of Bayer samples to interleaved R, G, B, by gradient-steered
+ * bilinear interpolation (green follows the smaller same-colour second
+ * difference; red and blue are plain means). Integer arithmetic only.
+ *   src      sample (0,0) of the whole plane of srcSize.width x srcSize.height
+ *            samples (W, H); srcStep its row step in bytes.
+ *   srcRect  the region to produce, in plane coordinates; it selects output,
+ *            the whole plane stays readable. Cut at the right (x + width > W)
+ *            and bottom (y + height > H) edges only; x, y must not be negative.
+ *   dst      the output pixel of the region's first sample; dstStep in bytes;
+ *            needs srcRect.height rows of 3 * srcRect.width elements (after the cut).
+ *   grid     pattern at sample (0,0): zilBayerBGGR, zilBayerRGGB, zilBayerGBRG
+ *            or zilBayerGRBG. Phases follow absolute coordinates, so a region
+ *            equals the same part of a whole-plane call.
+ * The outer two rows and columns of the plane use simpler means that read
+ * nothing outside it. Source and destination must not overlap.
+ * Statuses, in this order: zilStatusNullPointer (src or dst null),
+ * zilStatusBadSize (W < 2 or H < 2), zilStatusBadArgument (grid not 0..3);
+ * a region empty after the cut, or outside the plane, gives zilStatusOk and
+ * writes nothing. 16u: steps in bytes, halved by the call (an odd step loses
+ * its low bit). */
+ZilStatus ziliCFAToRGB_8u_C1C3R(const uint8_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                uint8_t* dst, int dstStep, ZilBayerGrid grid);
+ZilStatus ziliCFAToRGB_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                 uint16_t* dst, int dstStep, ZilBayerGrid grid);
 /* (end of CFAToRGB)                                                         */
 
 /* ------------------------------------------------------------------------ */
