@@ -42,13 +42,17 @@ constexpr T ClampSample(int32_t v) {
     return static_cast<T>(v < 0 ? 0 : (v > AhdDepth<T>::kMax ? AhdDepth<T>::kMax : v));
 }
 
-// Luma and signed chroma of one candidate pixel; the same weights at both depths.
-struct Ycc {
-    int32_t y, cb, cr;
-};
-constexpr Ycc ToYcc(int32_t r, int32_t g, int32_t b) {
-    return {(66 * r + 129 * g + 25 * b + 128) >> 8, (-38 * r - 74 * g + 112 * b + 128) >> 8,
-            (112 * r - 94 * g - 18 * b + 128) >> 8};
+// Luma and signed chroma of one candidate pixel; the same weights at both
+// depths. Each sum is formed in the depth's own lane type, which holds it
+// exactly (see AhdDepth), and then shifted: >> 8 floors.
+template <class T>
+inline void ToYcc(int32_t r, int32_t g, int32_t b, typename AhdDepth<T>::Luma& y,
+                  typename AhdDepth<T>::Chroma& cb, typename AhdDepth<T>::Chroma& cr) {
+    using L = typename AhdDepth<T>::Luma;
+    using C = typename AhdDepth<T>::Chroma;
+    y = static_cast<L>(static_cast<L>(66 * r + 129 * g + 25 * b + 128) >> 8);
+    cb = static_cast<C>(static_cast<C>(-38 * r - 74 * g + 112 * b + 128) >> 8);
+    cr = static_cast<C>(static_cast<C>(112 * r - 94 * g - 18 * b + 128) >> 8);
 }
 
 // Chroma distance with 32-bit two's-complement wrap: at 16 bits a strong edge
@@ -212,7 +216,10 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
     }
     T* __restrict e = J.Line(Diff(ColourSlot(j + 1)));
 
-    int32_t Y[2][3][kChunk + 2], U[2][3][kChunk + 2], V[2][3][kChunk + 2];
+    using L = typename AhdDepth<T>::Luma;
+    using C = typename AhdDepth<T>::Chroma;
+    L Y[2][3][kChunk + 2];
+    C U[2][3][kChunk + 2], V[2][3][kChunk + 2];
     const int32_t end = J.w + 4;  // one past the last judged position
     for (int32_t i0 = 2; i0 < end; i0 += kChunk) {
         const int32_t n = Min(kChunk, end - i0);
@@ -221,13 +228,10 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
                 const T* __restrict r = rgb[q][d][0] + (i0 - 1);
                 const T* __restrict g = rgb[q][d][1] + (i0 - 1);
                 const T* __restrict b = rgb[q][d][2] + (i0 - 1);
-                int32_t* __restrict y = Y[d][q];
-                int32_t* __restrict u = U[d][q];
-                int32_t* __restrict v = V[d][q];
-                for (int32_t t = 0; t < n + 2; ++t) {
-                    const Ycc c = ToYcc(r[t], g[t], b[t]);
-                    y[t] = c.y, u[t] = c.cb, v[t] = c.cr;
-                }
+                L* __restrict y = Y[d][q];
+                C* __restrict u = U[d][q];
+                C* __restrict v = V[d][q];
+                for (int32_t t = 0; t < n + 2; ++t) ToYcc<T>(r[t], g[t], b[t], y[t], u[t], v[t]);
             }
         T* __restrict eo = e + (i0 - 2);
         for (int32_t t = 1; t <= n; ++t) {

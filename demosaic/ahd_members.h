@@ -38,12 +38,19 @@ struct AhdDepth;
 template <>
 struct AhdDepth<uint8_t> {
     static constexpr int32_t kMax = 255;
+    // Y (0 .. 219), Cb and Cr (-112 .. 112) and every weighted sum before the
+    // shift (at most 56228 for Y, within -28432 .. 28688 for Cb and Cr) fit 16
+    // bits, Y's sum as unsigned: 16-bit lanes give the same values.
+    using Luma = uint16_t;
+    using Chroma = int16_t;
     // A buffer line is bufferStep bytes, that is bufferStep elements.
     static constexpr ptrdiff_t LineElems(int32_t bufferStep) { return bufferStep; }
 };
 template <>
 struct AhdDepth<uint16_t> {
     static constexpr int32_t kMax = 65535;
+    using Luma = int32_t;
+    using Chroma = int32_t;
     // Lines are counted in elements: the step's low bit is dropped.
     static constexpr ptrdiff_t LineElems(int32_t bufferStep) { return bufferStep >> 1; }
 };
