@@ -55,11 +55,20 @@ inline void ToYcc(int32_t r, int32_t g, int32_t b, typename AhdDepth<T>::Luma& y
     cr = static_cast<C>(static_cast<C>(112 * r - 94 * g - 18 * b + 128) >> 8);
 }
 
-// Chroma distance with 32-bit two's-complement wrap: at 16 bits a strong edge
-// squares past the positive range, and the judgement follows the wrapped value.
-constexpr int32_t ChromaDist(int32_t dcb, int32_t dcr) {
-    return static_cast<int32_t>(static_cast<uint32_t>(dcb) * static_cast<uint32_t>(dcb) +
-                                static_cast<uint32_t>(dcr) * static_cast<uint32_t>(dcr));
+// Squared chroma distance between (cb0, cr0) and (cb1, cr1), with 32-bit
+// two's-complement wrap: at 16 bits a strong edge squares past the positive
+// range, and the judgement follows the wrapped value. At 8 bits each
+// difference fits 16 bits and the sum never wraps.
+template <class T, class C>
+inline int32_t ChromaDist(C cb0, C cb1, C cr0, C cr1) {
+    if constexpr (sizeof(T) == 1) {
+        const int16_t a = static_cast<int16_t>(cb0 - cb1), b = static_cast<int16_t>(cr0 - cr1);
+        return int32_t(a) * a + int32_t(b) * b;
+    } else {
+        const uint32_t a = static_cast<uint32_t>(int32_t(cb0) - int32_t(cb1));
+        const uint32_t b = static_cast<uint32_t>(int32_t(cr0) - int32_t(cr1));
+        return static_cast<int32_t>(a * a + b * b);
+    }
 }
 
 constexpr int32_t Abs(int32_t v) { return v < 0 ? -v : v; }
@@ -233,29 +242,32 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
                 C* __restrict v = V[d][q];
                 for (int32_t t = 0; t < n + 2; ++t) ToYcc<T>(r[t], g[t], b[t], y[t], u[t], v[t]);
             }
+        // Distances to the right-hand and lower neighbours of each column; the
+        // left-hand distance of column t is the right-hand one of t - 1.
+        int32_t yR[2][kChunk + 1], cR[2][kChunk + 1], yU[2][kChunk + 2], cU[2][kChunk + 2], yD[2][kChunk + 2],
+            cD[2][kChunk + 2];
+        for (int d = 0; d < 2; ++d) {
+            for (int32_t t = 0; t <= n; ++t) {
+                yR[d][t] = Abs(int32_t(Y[d][1][t + 1]) - int32_t(Y[d][1][t]));
+                cR[d][t] = ChromaDist<T>(U[d][1][t + 1], U[d][1][t], V[d][1][t + 1], V[d][1][t]);
+            }
+            for (int32_t t = 1; t <= n; ++t) {
+                yU[d][t] = Abs(int32_t(Y[d][0][t]) - int32_t(Y[d][1][t]));
+                cU[d][t] = ChromaDist<T>(U[d][0][t], U[d][1][t], V[d][0][t], V[d][1][t]);
+                yD[d][t] = Abs(int32_t(Y[d][2][t]) - int32_t(Y[d][1][t]));
+                cD[d][t] = ChromaDist<T>(U[d][2][t], U[d][1][t], V[d][2][t], V[d][1][t]);
+            }
+        }
         T* __restrict eo = e + (i0 - 2);
         for (int32_t t = 1; t <= n; ++t) {
-            int32_t dy[2][4], dc[2][4];  // neighbours left, right, up, down
-            for (int d = 0; d < 2; ++d) {
-                const int32_t y0 = Y[d][1][t], u0 = U[d][1][t], v0 = V[d][1][t];
-                dy[d][0] = Abs(Y[d][1][t - 1] - y0);
-                dy[d][1] = Abs(Y[d][1][t + 1] - y0);
-                dy[d][2] = Abs(Y[d][0][t] - y0);
-                dy[d][3] = Abs(Y[d][2][t] - y0);
-                dc[d][0] = ChromaDist(U[d][1][t - 1] - u0, V[d][1][t - 1] - v0);
-                dc[d][1] = ChromaDist(U[d][1][t + 1] - u0, V[d][1][t + 1] - v0);
-                dc[d][2] = ChromaDist(U[d][0][t] - u0, V[d][0][t] - v0);
-                dc[d][3] = ChromaDist(U[d][2][t] - u0, V[d][2][t] - v0);
-            }
             // Thresholds from each candidate's own direction: H along the row, V along the column.
-            const int32_t epsY = Min(Max(dy[0][0], dy[0][1]), Max(dy[1][2], dy[1][3]));
-            const int32_t epsC = Min(Max(dc[0][0], dc[0][1]), Max(dc[1][2], dc[1][3]));
-            int32_t hh = 0, hv = 0;
-            for (int k = 0; k < 4; ++k) {
-                hh += (dy[0][k] <= epsY) & (dc[0][k] <= epsC);
-                hv += (dy[1][k] <= epsY) & (dc[1][k] <= epsC);
-            }
-            eo[t - 1] = static_cast<T>(hh - hv);
+            const int32_t epsY = Min(Max(yR[0][t - 1], yR[0][t]), Max(yU[1][t], yD[1][t]));
+            const int32_t epsC = Min(Max(cR[0][t - 1], cR[0][t]), Max(cU[1][t], cD[1][t]));
+            int32_t hc[2];
+            for (int d = 0; d < 2; ++d)
+                hc[d] = ((yR[d][t - 1] <= epsY) & (cR[d][t - 1] <= epsC)) + ((yR[d][t] <= epsY) & (cR[d][t] <= epsC)) +
+                        ((yU[d][t] <= epsY) & (cU[d][t] <= epsC)) + ((yD[d][t] <= epsY) & (cD[d][t] <= epsC));
+            eo[t - 1] = static_cast<T>(hc[0] - hc[1]);
         }
     }
 }
