@@ -291,7 +291,7 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
     T* __restrict out = AdvanceT(J.dst, ptrdiff_t(j - 3) * J.dstStep);
 
     int32_t col[kChunk + 2];
-    uint8_t pickH[kChunk];
+    T pickH[kChunk];  // all ones where the horizontal candidate wins, else 0
     int32_t kept = 1;
     for (int32_t k0 = 0; k0 < J.w; k0 += kChunk) {
         const int32_t n = Min(kChunk, J.w - k0);
@@ -301,15 +301,15 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
         for (int32_t t = 0; t < n; ++t) {
             const int32_t s = col[t] + col[t + 1] + col[t + 2];
             kept = s != 0 ? s : kept;
-            pickH[t] = kept >= 0;
+            pickH[t] = static_cast<T>(kept >= 0 ? ~0u : 0u);
         }
         T* __restrict o = out + 3 * k0;
         for (int32_t t = 0; t < n; ++t) {
             const int32_t k = k0 + t;
-            const bool h = pickH[t];
-            o[3 * t + 0] = h ? rh[k] : rv[k];
-            o[3 * t + 1] = h ? gh[k] : gv[k];
-            o[3 * t + 2] = h ? bh[k] : bv[k];
+            const T m = pickH[t], nm = static_cast<T>(~m);
+            o[3 * t + 0] = static_cast<T>((rh[k] & m) | (rv[k] & nm));
+            o[3 * t + 1] = static_cast<T>((gh[k] & m) | (gv[k] & nm));
+            o[3 * t + 2] = static_cast<T>((bh[k] & m) | (bv[k] & nm));
         }
     }
 }
