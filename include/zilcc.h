@@ -164,10 +164,63 @@ ZilStatus ziliYUV420ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcSte
 
 /* ------------------------------------------------------------------------ */
 /* Demosaicing, gradient-steered (CFAToRGB)                                  */
+/* One plane of Bayer samples to interleaved R, G, B, by gradient-steered
+ * bilinear interpolation (green follows the smaller same-colour second
+ * difference; red and blue are plain means). Integer arithmetic only.
+ *   src      sample (0,0) of the whole plane of srcSize.width x srcSize.height
+ *            samples (W, H); srcStep its row step in bytes.
+ *   srcRect  the region to produce, in plane coordinates; it selects output,
+ *            the whole plane stays readable. Cut at the right (x + width > W)
+ *            and bottom (y + height > H) edges only; x, y must not be negative.
+ *   dst      the output pixel of the region's first sample; dstStep in bytes;
+ *            needs srcRect.height rows of 3 * srcRect.width elements (after the cut).
+ *   grid     pattern at sample (0,0): zilBayerBGGR, zilBayerRGGB, zilBayerGBRG
+ *            or zilBayerGRBG. Phases follow absolute coordinates, so a region
+ *            equals the same part of a whole-plane call.
+ * The outer two rows and columns of the plane use simpler means that read
+ * nothing outside it. Source and destination must not overlap.
+ * Statuses, in this order: zilStatusNullPointer (src or dst null),
+ * zilStatusBadSize (W < 2 or H < 2), zilStatusBadArgument (grid not 0..3);
+ * a region empty after the cut, or outside the plane, gives zilStatusOk and
+ * writes nothing. 16u: steps in bytes, halved by the call (an odd step loses
+ * its low bit). */
+ZilStatus ziliCFAToRGB_8u_C1C3R(const uint8_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                uint8_t* dst, int dstStep, ZilBayerGrid grid);
+ZilStatus ziliCFAToRGB_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                 uint16_t* dst, int dstStep, ZilBayerGrid grid);
 /* (end of CFAToRGB)                                                         */
 
 /* ------------------------------------------------------------------------ */
 /* Demosaicing, adaptive homogeneity-directed (DemosaicAHD)                  */
+/* One plane of colour-filter samples to interleaved R, G, B by adaptive
+ * homogeneity-directed selection between a horizontal and a vertical
+ * reconstruction.
+ *   src, srcStep    sample (0,0) of the whole plane of srcSize samples.
+ *   srcRect         the region to produce, in plane coordinates. A negative x
+ *                   or y is read as 0 without shortening the region; the region
+ *                   is cut at the plane's far edges. Samples around the region
+ *                   (up to 5 beyond it, reflected about the edge sample at the
+ *                   plane's border) are read and used.
+ *   dst, dstStep    the output pixel of the region's first sample.
+ *   grid            the pattern at plane sample (0,0) (ZilBayerGrid).
+ *   buffer          work area of 30 lines, bufferStep bytes from the start of
+ *                   one line to the next. With w the region's width after
+ *                   cutting, each line must hold w + 6 samples if w is even and
+ *                   w + 8 if w is odd, so bufferStep >= that many times the
+ *                   sample size (1 or 2 bytes), and the buffer must span
+ *                   29 * bufferStep bytes plus one line. Its content on entry
+ *                   does not matter and on return has no meaning. The 16u form
+ *                   counts lines in 16-bit elements (bufferStep >> 1).
+ * Steps are in bytes and are not checked; neither buffer nor bufferStep is.
+ * Checks, in order: src or dst null -> zilStatusNullPointer; plane width or
+ * height below 5 -> zilStatusBadSize; grid outside 0..3 -> zilStatusBadArgument.
+ * A region cut to nothing returns zilStatusOk with nothing written.
+ * With a plane width or height of exactly 5, the reflection reaches one sample
+ * outside the plane (index -1 or 5 on that axis), which must be readable.    */
+ZilStatus ziliDemosaicAHD_8u_C1C3R(const uint8_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                   uint8_t* dst, int dstStep, ZilBayerGrid grid, uint8_t* buffer, int bufferStep);
+ZilStatus ziliDemosaicAHD_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                    uint16_t* dst, int dstStep, ZilBayerGrid grid, uint16_t* buffer, int bufferStep);
 /* (end of DemosaicAHD)                                                      */
 
 /* ------------------------------------------------------------------------ */
