@@ -190,6 +190,19 @@ inline constexpr Row kRows[] = {
     ZROW(ziliYUV420ToRGB_8u_P3C3, "sdz", Dense(k420), Dense(kC3Even), kNone),
     ZROW(ziliYUV420ToRGB_8u_P3, "sdz", Dense(k420), Dense(kP3Even), kNone),
     ZROW(ziliYUV420ToBGR_8u_P3C3R, "sSdDz", k420, kC3Even, kNone),
+
+    // Demosaicing. The ZilSize is the whole plane, which the source spans; the
+    // destination (and the work lines) follow the region after the frame's cut.
+#ifdef ZIL_HAVE_CFA
+    ZROW(ziliCFAToRGB_8u_C1C3R, "srzSdDg", One(1), One(3, XW, YH, 1, ExtClip), kNone, ClipCfa),
+    ZROW(ziliCFAToRGB_16u_C1C3R, "srzSdDg", One(2, XW, YH, 2), One(6, XW, YH, 2, ExtClip), kNone, ClipCfa),
+#endif
+#ifdef ZIL_HAVE_AHD
+    ZROW(ziliDemosaicAHD_8u_C1C3R, "srzSdDgbB", Margin(One(1)), One(3, XW, YH, 1, ExtClip),
+         Work(One(1, XAhd, Y30, 1, ExtClip), 0), ClipAhd),
+    ZROW(ziliDemosaicAHD_16u_C1C3R, "srzSdDgbB", Margin(One(2, XW, YH, 2)), One(6, XW, YH, 2, ExtClip),
+         Work(One(2, XAhd, Y30, 2, ExtClip), 0), ClipAhd),
+#endif
 };
 
 constexpr size_t kRowCount = sizeof kRows / sizeof kRows[0];
