@@ -85,6 +85,12 @@ constexpr Img Dense(Img m) { return m.steps = StepDense, m; }
 constexpr Img Float(Img m) { return m.isFloat = true, m; }
 constexpr Img Margin(Img m) { return m.foldMargin = true, m; }
 constexpr Img Work(Img m, uint8_t nullable) { return m.nullable = nullable, m; }
+constexpr Img Int(Img m) { return m; }
+// A work buffer of the size the library's query gives; may be null (the call
+// tests it where it uses it).
+constexpr Img kQueryWork = [] { Img m = One(1); m.steps = StepNone, m.ext = ExtQuery; return m; }();
+// One int written by the call.
+constexpr Img kResultCell = [] { Img m = One(4, XOne, YOne, 4); m.steps = StepNone; return m; }();
 
 // Post-processing of the extents before the destination is sized.
 enum Clip : uint8_t { ClipNone, ClipCfa, ClipAhd };
@@ -202,6 +208,24 @@ inline constexpr Row kRows[] = {
          Work(One(1, XAhd, Y30, 1, ExtClip), 0), ClipAhd),
     ZROW(ziliDemosaicAHD_16u_C1C3R, "srzSdDgbB", Margin(One(2, XW, YH, 2)), One(6, XW, YH, 2, ExtClip),
          Work(One(2, XAhd, Y30, 2, ExtClip), 0), ClipAhd),
+#endif
+
+    // Bit-depth reduction: eight element pairs in four layouts, the one-bit form
+    // and the size query. The work buffer is sized by the query, as callers do.
+#ifdef ZIL_HAVE_REDUCE
+#define ZIL_RB_ROW(pair, layout, ch, code, se, de, fl)                                                           \
+    ZROW(ziliReduceBits_##pair##_##layout##R, "sSdDzntlb", fl(One(ch * se, XW, YH, se)), One(ch * de, XW, YH, de), \
+         kQueryWork, ClipNone, QueryReduce, code)
+#define ZIL_RB_PAIR(pair, se, de, fl)                                                                     \
+    ZIL_RB_ROW(pair, C1, 1, 1, se, de, fl), ZIL_RB_ROW(pair, C3, 3, 3, se, de, fl),                       \
+        ZIL_RB_ROW(pair, AC4, 4, 9, se, de, fl), ZIL_RB_ROW(pair, C4, 4, 4, se, de, fl)
+    ZIL_RB_PAIR(8u, 1, 1, Int), ZIL_RB_PAIR(16u, 2, 2, Int), ZIL_RB_PAIR(16s, 2, 2, Int),
+    ZIL_RB_PAIR(32f8u, 4, 1, Float), ZIL_RB_PAIR(32f16u, 4, 2, Float), ZIL_RB_PAIR(32f16s, 4, 2, Float),
+    ZIL_RB_PAIR(16u8u, 2, 1, Int), ZIL_RB_PAIR(16s8u, 2, 1, Int),
+#undef ZIL_RB_PAIR
+#undef ZIL_RB_ROW
+    ZROW(ziliReduceBits_8u1u_C1R, "sSdDozxxthb", One(1), One(1, XBits, YH), kQueryWork, ClipNone, QueryReduce1u),
+    ZROW(ziliReduceBitsGetBufferSize, "czntp", kNone, kResultCell, kNone),
 #endif
 };
 
