@@ -206,11 +206,25 @@ inline void BayerLutRow(const uint8_t* __restrict s, uint8_t* __restrict d, int 
 }
 
 // ---- error diffusion ---------------------------------------------------------------
+// Pairs with an integer source and an 8-bit destination have at most 256
+// levels, and t stays in [0, top) where it is quantised, so the level index is
+// 0..levelsMax: the two candidate bases float(a) * step and that plus step can
+// be looked up in place of being computed, with the same float operations.
+template <const Pair& P>
+inline constexpr bool kBaseTables = P.dst8 && P.src != Src::F32;
+struct BaseTabs { float b0[257], b1[257]; };
+inline void BuildBaseTabs(BaseTabs& t, uint32_t levelsMax, float step) {
+    for (uint32_t a = 0; a <= levelsMax && a < 257; ++a) {
+        t.b0[a] = float(int32_t(a)) * step;
+        t.b1[a] = t.b0[a] + step;
+    }
+}
+
 // One element: t = v + e; saturated values drop their error; otherwise the
-// nearer level (or the one above when the remainder exceeds the limit) and the
+// level below, or the one above when the remainder exceeds the limit, and the
 // signed remainder that goes on to the neighbours.
 template <const Pair& P>
-inline float DiffuseOne(float v, float e, float limit, const Scales& k, DstT<P>* out) {
+inline float DiffuseOne(float v, float e, float limit, const Scales& k, const BaseTabs* tabs, DstT<P>* out) {
     const float t = v + e;
     if (t >= k.top) {
         St(out, kTopOut<P>);
@@ -220,15 +234,23 @@ inline float DiffuseOne(float v, float e, float limit, const Scales& k, DstT<P>*
         St(out, kBottomOut<P>);
         return 0.0f;
     }
-    int32_t a = Trunc<P>(k.scale * t);
-    float b = float(a) * k.step;
-    float d = t - b;
-    if (d > limit) {
-        a = a + 1;
-        b = b + k.step;
-        d = t - b;
+    const int32_t a0 = Trunc<P>(k.scale * t);
+    float b0, b1;
+    if constexpr (kBaseTables<P>) {
+        b0 = tabs->b0[a0];
+        b1 = tabs->b1[a0];
+    } else {
+        b0 = float(a0) * k.step;
+        b1 = b0 + k.step;
     }
-    St(out, LevelOut<P, false>(a, b, k.levelMul));
+    const float d0 = t - b0;
+    const float d1 = t - b1;
+    // The choice is data dependent: a mask select keeps it off the branch
+    // predictor, which would miss about half the time.
+    const __m128 up = _mm_cmpgt_ss(_mm_set_ss(d0), _mm_set_ss(limit));
+    const float d = _mm_cvtss_f32(_mm_or_ps(_mm_and_ps(up, _mm_set_ss(d1)), _mm_andnot_ps(up, _mm_set_ss(d0))));
+    const int32_t isUp = _mm_movemask_ps(up) & 1;
+    St(out, LevelOut<P, false>(a0 + isUp, isUp ? b1 : b0, k.levelMul));
     return d;
 }
 
@@ -239,8 +261,9 @@ struct StRows { const float* prev2; const float* prev1; float* cur; };
 // Floyd-Steinberg: 7 to the right, 3, 5, 1 to the row below (seen from the
 // receiving pixel: 1, 5, 3 from the row above, 7 from the left).
 template <const Pair& P, int S, bool Noise>
-inline void FsRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, FsRows r, int width, const Scales& k,
-                  const NoiseTab& nz, int y) {
+inline void FsRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, FsRows r, int width, const Scales& kIn,
+                  const BaseTabs* tabs, const NoiseTab& nz, int y) {
+    const Scales k = kIn;
     const float* __restrict prev = r.prev;
     float* __restrict cur = r.cur;
     const float half = 0.5f * k.step;
@@ -248,7 +271,7 @@ inline void FsRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, FsRows r, 
     for (int x = 0; x < width; ++x) {
         const float e = (((prev[x + 1] * 3.0f + prev[x] * 5.0f) + prev[x - 1]) + left * 7.0f) * 0.0625f;
         const float limit = Noise ? nz.at(x, y) : half;
-        left = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, d + x * S);
+        left = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, tabs, d + x * S);
         cur[x] = left;
     }
 }
@@ -256,8 +279,9 @@ inline void FsRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, FsRows r, 
 // Twelve neighbours: weights 1 w3 w5 w3 1 two rows up, w3 w5 w7 w5 w3 one row
 // up, w5 w7 from the left, grouped and summed in this order.
 template <const Pair& P, int S, bool Noise>
-inline void StRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, StRows r, int width, const Scales& k,
-                  const Weights12& wt, const NoiseTab& nz, int y) {
+inline void StRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, StRows r, int width, const Scales& kIn,
+                  const BaseTabs* tabs, const Weights12& wt, const NoiseTab& nz, int y) {
+    const Scales k = kIn;
     const float* __restrict p2 = r.prev2;
     const float* __restrict p1 = r.prev1;
     float* __restrict cur = r.cur;
@@ -270,7 +294,7 @@ inline void StRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, StRows r, 
         const float D = ((p2[x - 1] + p2[x + 1]) + p1[x - 2]) + p1[x + 2];
         const float e = (D * wt.w3 + (A * wt.w5 + (B * wt.w7 + C))) * wt.wInv;
         const float limit = Noise ? nz.at(x, y) : half;
-        const float err = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, d + x * S);
+        const float err = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, tabs, d + x * S);
         cur[x] = err;
         l2 = l1, l1 = err;
     }

@@ -106,10 +106,11 @@ ZilStatus OwnBayerNoise(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstSt
 
 // ---- error diffusion ---------------------------------------------------------------
 template <const Pair& P>
-using FsKernel = void (*)(const SrcT<P>*, DstT<P>*, FsRows, int, int, const Scales&, const NoiseTab&, int);
+using FsKernel = void (*)(const SrcT<P>*, DstT<P>*, FsRows, int, int, const Scales&, const BaseTabs*,
+                          const NoiseTab&, int);
 template <const Pair& P>
-using StKernel = void (*)(const SrcT<P>*, DstT<P>*, StRows, int, int, const Scales&, int32_t, const NoiseTab&,
-                          int);
+using StKernel = void (*)(const SrcT<P>*, DstT<P>*, StRows, int, int, const Scales&, const BaseTabs*, int32_t,
+                          const NoiseTab&, int);
 
 // The error rows start at the aligned buffer, or after the noise tables and
 // the two generator states. Noise tables hold limits of (50 -+ noise) percent
@@ -138,13 +139,16 @@ ZilStatus OwnFs(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     const Scales k = MakeScales<P>(levelsMax);
     NoiseTab nz{};
     float* E = DiffusionSetup<P, Noise>(buffer, noise, k, nz);
+    BaseTabs tabs;
+    if constexpr (kBaseTables<P>) BuildBaseTabs(tabs, levelsMax, k.step);
     const int w = roi.width;
     for (int i = 0; i < 2 * w + 4; ++i) E[i] = 0.0f;
     FsRows r{E + 1, E + w + 3};
     const ptrdiff_t ss = Bytes<SrcT<P>>(srcStep), ds = Bytes<DstT<P>>(dstStep);
     for (int c = 0; c < wk.channels; ++c) {
         for (int y = 0; y < roi.height; ++y) {
-            K(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, r, w, wk.stride, k, nz, y);
+            K(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, r, w, wk.stride, k, &tabs, nz,
+              y);
             r = FsRows{r.cur, const_cast<float*>(r.prev)};
         }
     }
@@ -159,6 +163,8 @@ ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     const Scales k = MakeScales<P>(levelsMax);
     NoiseTab nz{};
     float* E = DiffusionSetup<P, Noise>(buffer, noise, k, nz);
+    BaseTabs tabs;
+    if constexpr (kBaseTables<P>) BuildBaseTabs(tabs, levelsMax, k.step);
     const int w = roi.width;
     for (int i = 0; i < 3 * w + 12; ++i) E[i] = 0.0f;
     float* p2 = E + 2;
@@ -168,7 +174,7 @@ ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     for (int c = 0; c < wk.channels; ++c) {
         for (int y = 0; y < roi.height; ++y) {
             K(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, StRows{p2, p1, cur}, w,
-              wk.stride, k, dither, nz, y);
+              wk.stride, k, &tabs, dither, nz, y);
             float* old = p2;
             p2 = p1, p1 = cur, cur = old;
         }
@@ -179,21 +185,21 @@ ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
 // Row kernels dispatch on the pixel stride once per row.
 template <const Pair& P, bool Noise>
 inline void FsKernelBody(const SrcT<P>* s, DstT<P>* d, FsRows r, int w, int stride, const Scales& k,
-                         const NoiseTab& nz, int y) {
+                         const BaseTabs* tabs, const NoiseTab& nz, int y) {
     switch (stride) {
-        case 1: FsRow<P, 1, Noise>(s, d, r, w, k, nz, y); break;
-        case 3: FsRow<P, 3, Noise>(s, d, r, w, k, nz, y); break;
-        default: FsRow<P, 4, Noise>(s, d, r, w, k, nz, y); break;
+        case 1: FsRow<P, 1, Noise>(s, d, r, w, k, tabs, nz, y); break;
+        case 3: FsRow<P, 3, Noise>(s, d, r, w, k, tabs, nz, y); break;
+        default: FsRow<P, 4, Noise>(s, d, r, w, k, tabs, nz, y); break;
     }
 }
 template <const Pair& P, bool Noise>
-inline void StKernelBody(const SrcT<P>* s, DstT<P>* d, StRows r, int w, int stride, const Scales& k, int32_t dither,
-                         const NoiseTab& nz, int y) {
+inline void StKernelBody(const SrcT<P>* s, DstT<P>* d, StRows r, int w, int stride, const Scales& k,
+                         const BaseTabs* tabs, int32_t dither, const NoiseTab& nz, int y) {
     const Weights12& wt = dither == zilDitherStucki ? kStucki : kJarvis;
     switch (stride) {
-        case 1: StRow<P, 1, Noise>(s, d, r, w, k, wt, nz, y); break;
-        case 3: StRow<P, 3, Noise>(s, d, r, w, k, wt, nz, y); break;
-        default: StRow<P, 4, Noise>(s, d, r, w, k, wt, nz, y); break;
+        case 1: StRow<P, 1, Noise>(s, d, r, w, k, tabs, wt, nz, y); break;
+        case 3: StRow<P, 3, Noise>(s, d, r, w, k, tabs, wt, nz, y); break;
+        default: StRow<P, 4, Noise>(s, d, r, w, k, tabs, wt, nz, y); break;
     }
 }
 
