@@ -40,7 +40,8 @@ const Command kCommands[] = {
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fputs(kUsage, stderr);
+        std::fputs("zilcc: missing command: demo, demosaic, convert, dither, version or list (see zilcc --help)\n",
+                   stderr);
         return 2;
     }
     const std::string cmd = argv[1];
