@@ -21,6 +21,8 @@ raw() { local v; for v in "$@"; do printf "\\$(printf %03o "$v")"; done; }
 bytes() { od -An -v -tu1 "$1" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
 # The samples of a binary PNM written by the tool (a header of three lines).
 samples() { tail -c +$(($(head -n 3 "$1" | wc -c) + 1)) "$1" > "$1.samples"; bytes "$1.samples"; }
+# The packed rows of a P4 bitmap written by the tool (a header of two lines).
+pbm_bits() { tail -c +$(($(head -n 2 "$1" | wc -c) + 1)) "$1" > "$1.bits"; bytes "$1.bits"; }
 same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
 
 # ok CMD...: must exit 0.
@@ -206,8 +208,8 @@ dither)
     else
         # Three levels: index trunc(2 * s/255 + 0.5), level q/2 stored as trunc(q*255 + 0.5):
         # 63 -> 0.994 -> 0; 64 -> 1.002 -> 128; 191 -> 1.998 -> 128; 192 -> 2.006 -> 255.
-        ok "$Z" dither ramp.pgm o.pgm --levels 3 --method none
-        same "3 levels" "$(samples o.pgm)" "0 0 128 128 255 255"
+        ok "$Z" dither ramp.pgm l3.pgm --levels 3 --method none
+        same "3 levels" "$(samples l3.pgm)" "0 0 128 128 255 255"
         # 256 levels of 8-bit input change nothing.
         ok "$Z" dither bits.pgm same.pgm --levels 256 --method none
         same "256 levels" "$(samples same.pgm)" "0 50 100 127 128 200 255 127 128 0"
@@ -242,16 +244,16 @@ dither)
     else
         # Threshold 127: bits 0000 1110 10, so bytes 0x0E 0x80; a PBM's 1 is black, so the
         # file holds their complements 0xF1 and 0x7F cut to the row's 10 bits: 0x40.
-        ok "$Z" dither bits.pgm o.pbm --bits 1 --method threshold
-        same "pbm header" "$(head -n 2 o.pbm | tr '\n' ' ')" "P4 10 1 "
-        same "pbm bits" "$(tail -c 2 o.pbm | od -An -tu1 | tr -s ' ' | sed 's/^ //')" "241 64"
+        ok "$Z" dither bits.pgm t.pbm --bits 1 --method threshold
+        same "pbm header" "$(head -n 2 t.pbm | tr '\n' ' ')" "P4 10 1 "
+        same "pbm bits" "$(pbm_bits t.pbm)" "241 64"
         # Stucki diffusion of flat 128 at threshold 127: the first pixel is set and leaves
         # an error of 1024 - 2047, so the row cannot stay all set as it does when plain.
         pgm8 32 8 $(flat 256 128) > mid.pgm
         ok "$Z" dither mid.pgm plain.pbm --bits 1 --method threshold
         ok "$Z" dither mid.pgm st.pbm --bits 1 --method stucki
-        same "plain mid" "$(samples plain.pbm | tr ' ' '\n' | sort -u | tr '\n' ' ')" "0 "
-        black=$(samples st.pbm | tr ' ' '\n' | grep -vc '^0$')
+        same "plain mid" "$(pbm_bits plain.pbm | tr ' ' '\n' | sort -u | tr '\n' ' ')" "0 "
+        black=$(pbm_bits st.pbm | tr ' ' '\n' | grep -vc '^0$')
         [[ $black -gt 0 ]] || fail "stucki one-bit output has no black pixel"
         ok "$Z" dither mid.pgm st.png --bits 1 --method stucki
         bad 1 o.pbm "8-bit grey" "$Z" dither scene/scene.png o.pbm --bits 1 --method stucki
