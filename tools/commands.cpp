@@ -97,7 +97,7 @@ int BandRowsOption(const Args& a) {
 
 Image ReadInput(const std::string& path) {
     bool droppedAlpha = false;
-    Image img = ReadImage(path, &droppedAlpha);
+    Image img = ReadImage(path, &droppedAlpha, true);
     if (droppedAlpha) std::fprintf(stderr, "zilcc: note: %s: the alpha channel is ignored\n", path.c_str());
     return img;
 }
@@ -135,7 +135,7 @@ int RunDemosaic(int argc, char** argv, int first) {
     Progress progress("demosaic", rect.h);
     const Image rgb = Demosaic(cfa, grid, method, rect, bandRows, &progress);
     progress.Finish();
-    WriteImage(out, rgb);
+    WriteImage(out, rgb, 6, true);
     return 0;
 }
 
@@ -187,7 +187,7 @@ int RunConvert(int argc, char** argv, int first) {
         Progress progress("convert", h);
         const Image rgb = YuvToRgb(yuv, w, h, fmt, bandRows, &progress);
         progress.Finish();
-        WriteImage(out, rgb);
+        WriteImage(out, rgb, 6, true);
     }
     return 0;
 }
@@ -239,7 +239,7 @@ int RunDither(int argc, char** argv, int first) {
     Progress progress("dither", src.height);
     const Image img = Reduce(src, int(levels), dither, int(noise), outBits, bandRows, &progress);
     progress.Finish();
-    WriteImage(out, img);
+    WriteImage(out, img, 6, true);
     return 0;
 }
 

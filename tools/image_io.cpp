@@ -72,6 +72,7 @@ struct PngReadState {
     bool droppedAlpha;
     bool tooLarge;
     std::string* allocError;
+    Progress* progress;
 };
 
 bool ReadPngInto(png_structp png, png_infop info, FILE* f, PngReadState* st) {
@@ -88,7 +89,7 @@ bool ReadPngInto(png_structp png, png_infop info, FILE* f, PngReadState* st) {
         st->droppedAlpha = true;
     }
     if (bitDepth == 16) png_set_swap(png);
-    png_set_interlace_handling(png);
+    const int passes = png_set_interlace_handling(png);
     png_read_update_info(png, info);
     const png_uint_32 w = png_get_image_width(png, info);
     const png_uint_32 h = png_get_image_height(png, info);
@@ -107,12 +108,17 @@ bool ReadPngInto(png_structp png, png_infop info, FILE* f, PngReadState* st) {
         return false;
     }
     for (png_uint_32 y = 0; y < h; ++y) (*st->rows)[y] = st->img->Row(int(y));
-    png_read_image(png, st->rows->data());
+    if (st->progress) st->progress->SetTotal(int64_t(passes) * h);
+    for (int pass = 0; pass < passes; ++pass)
+        for (png_uint_32 y = 0; y < h; ++y) {
+            png_read_row(png, (*st->rows)[y], nullptr);
+            if (st->progress && (y & 63) == 0) st->progress->Update(int64_t(pass) * h + y);
+        }
     png_read_end(png, nullptr);
     return true;
 }
 
-Image ReadPng(FILE* f, const std::string& path, bool* droppedAlpha) {
+Image ReadPng(FILE* f, const std::string& path, bool* droppedAlpha, Progress* progress) {
     Image img;
     std::vector<png_bytep> rows;
     std::string allocError;
@@ -123,7 +129,7 @@ Image ReadPng(FILE* f, const std::string& path, bool* droppedAlpha) {
         png_destroy_read_struct(&png, nullptr, nullptr);
         throw DataError(path + ": out of memory");
     }
-    PngReadState st{&img, &rows, false, false, &allocError};
+    PngReadState st{&img, &rows, false, false, &allocError, progress};
     const bool ok = ReadPngInto(png, info, f, &st);
     png_destroy_read_struct(&png, &info, nullptr);
     if (!allocError.empty()) throw DataError(path + ": " + allocError);
@@ -223,6 +229,7 @@ struct PngWriteState {
     const uint8_t* bits;     // rows of a one-bit image, or null
     size_t bitsStep;
     int width, height;
+    Progress* progress;
 };
 
 bool WritePngFrom(png_structp png, png_infop info, FILE* f, const PngWriteState* st) {
@@ -237,6 +244,7 @@ bool WritePngFrom(png_structp png, png_infop info, FILE* f, const PngWriteState*
     for (int y = 0; y < st->height; ++y) {
         const uint8_t* row = st->bits ? st->bits + size_t(y) * st->bitsStep : st->img->Row(y);
         png_write_row(png, const_cast<png_bytep>(row));
+        if (st->progress && (y & 63) == 0) st->progress->Update(y);
     }
     png_write_end(png, nullptr);
     return true;
@@ -258,7 +266,7 @@ void WritePng(FILE* f, const std::string& path, const PngWriteState& st) {
 }  // namespace
 
 // ---------------------------------------------------------------------------
-Image ReadImage(const std::string& path, bool* droppedAlpha) {
+Image ReadImage(const std::string& path, bool* droppedAlpha, bool showProgress) {
     if (droppedAlpha) *droppedAlpha = false;
     FilePtr f = OpenForReading(path);
     unsigned char sig[8];
@@ -269,7 +277,9 @@ Image ReadImage(const std::string& path, bool* droppedAlpha) {
     }
     if (n == 8 && png_sig_cmp(sig, 0, 8) == 0) {
         std::rewind(f.get());
-        return ReadPng(f.get(), path, droppedAlpha);
+        Progress progress("reading " + path, 0);
+        Image img = ReadPng(f.get(), path, droppedAlpha, showProgress ? &progress : nullptr);
+        return img;
     }
     if (n >= 2 && sig[0] == 'P' && sig[1] >= '1' && sig[1] <= '7') {
         const int magic = sig[1] - '0';
@@ -317,11 +327,13 @@ void CheckImageOutput(const std::string& path, int channels) {
         throw UsageError("'" + path + "': .ppm holds RGB images but the result is grey (use .png or .pgm)");
 }
 
-void WriteImage(const std::string& path, const Image& img, int pngLevel) {
+void WriteImage(const std::string& path, const Image& img, int pngLevel, bool showProgress) {
     CheckImageOutput(path, img.channels);
     AtomicFile out(path);
     if (OutputFormatFor(path) == OutFormat::Png) {
-        PngWriteState st{&img, pngLevel, img.depth, nullptr, 0, img.width, img.height};
+        Progress progress("writing " + path, img.height);
+        PngWriteState st{&img, pngLevel, img.depth, nullptr, 0, img.width, img.height,
+                         showProgress ? &progress : nullptr};
         WritePng(out.file(), path, st);
     } else {
         const std::string head = std::string(img.channels == 1 ? "P5" : "P6") + "\n" + std::to_string(img.width) +
@@ -348,7 +360,7 @@ void WriteBitmap(const std::string& path, int width, int height, const std::vect
     const OutFormat fmt = OutputFormatFor(path);
     AtomicFile out(path);
     if (fmt == OutFormat::Png) {
-        PngWriteState st{nullptr, 6, 1, bits.data(), bitsStep, width, height};
+        PngWriteState st{nullptr, 6, 1, bits.data(), bitsStep, width, height, nullptr};
         WritePng(out.file(), path, st);
     } else if (fmt == OutFormat::Pbm) {
         const std::string head = "P4\n" + std::to_string(width) + " " + std::to_string(height) + "\n";

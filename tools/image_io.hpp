@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common.hpp"
+#include "progress.hpp"
 
 namespace zt {
 
@@ -18,7 +19,7 @@ enum class OutFormat { Png, Pgm, Ppm, Pbm };
 // Reads a PNG, PGM (P5) or PPM (P6) of 8 or 16 bits. Palette and low-depth
 // PNGs are expanded to 8 bits; an alpha channel is dropped (reported through
 // `droppedAlpha`). Throws DataError naming the file and the problem.
-Image ReadImage(const std::string& path, bool* droppedAlpha = nullptr);
+Image ReadImage(const std::string& path, bool* droppedAlpha = nullptr, bool showProgress = false);
 
 // Reads a whole file (raw YUV input).
 std::vector<uint8_t> ReadFileBytes(const std::string& path);
@@ -31,7 +32,7 @@ OutFormat OutputFormatFor(const std::string& path);
 void CheckImageOutput(const std::string& path, int channels);
 
 // Writes an 8- or 16-bit image as PNG or PNM as the extension says.
-void WriteImage(const std::string& path, const Image& img, int pngLevel = 6);
+void WriteImage(const std::string& path, const Image& img, int pngLevel = 6, bool showProgress = false);
 
 // Writes a one-bit image given as rows of packed bits, the first pixel in the
 // top bit of a byte and a set bit meaning bright. As .pbm (where 1 is black,

@@ -15,6 +15,7 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    void SetTotal(int64_t total) { total_ = total > 0 ? total : 1; }
     void Update(int64_t done);
     void Finish();
 
