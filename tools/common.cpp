@@ -1,5 +1,7 @@
 #include "common.hpp"
 
+#include <unistd.h>
+
 #include <cstdio>
 
 namespace zt {
@@ -37,7 +39,13 @@ void Image::Allocate(int w, int h, int ch, int bits) {
     const uint64_t row = uint64_t(w) * uint64_t(ch) * (bits == 16 ? 2u : 1u);
     if (row > 0x7fffffffu) throw DataError("image rows of " + std::to_string(w) + " pixels are too wide");
     const uint64_t total = row * uint64_t(h);
-    if (total > (uint64_t(1) << 40)) throw DataError("image size " + SizeText(w, h) + " is too large");
+    // A header can claim any extent; refuse what could not fit in memory rather
+    // than let the system run out of it.
+    const long pages = sysconf(_SC_PHYS_PAGES), pageSize = sysconf(_SC_PAGE_SIZE);
+    const uint64_t limit = pages > 0 && pageSize > 0 ? uint64_t(pages) * uint64_t(pageSize) / 2 : uint64_t(1) << 34;
+    if (total > limit)
+        throw DataError("image size " + SizeText(w, h) + " needs " + std::to_string(total >> 20) +
+                        " MiB, more than half of this machine's memory");
     width = w;
     height = h;
     channels = ch;

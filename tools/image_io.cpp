@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <csetjmp>
 #include <csignal>
@@ -202,6 +203,15 @@ Image ReadPnm(FILE* f, const std::string& path, int magic) {
     PnmHeader h;
     std::string why;
     if (!ParsePnmHeader(head, n, &h, &why)) throw DataError(path + ": malformed " + kind + " header (" + why + ")");
+    // Compare the claimed extent with the file's length before allocating for it.
+    const uint64_t need = uint64_t(h.width) * uint64_t(h.height) * (magic == 5 ? 1u : 3u) * (h.maxval > 255 ? 2u : 1u);
+    struct stat st;
+    if (fstat(fileno(f), &st) == 0 && S_ISREG(st.st_mode)) {
+        const uint64_t have = uint64_t(st.st_size) > h.dataOffset ? uint64_t(st.st_size) - h.dataOffset : 0;
+        if (have < need)
+            throw DataError(path + ": truncated " + kind + ": " + std::to_string(have) + " of " + std::to_string(need) +
+                            " bytes of pixel data");
+    }
     Image img;
     try {
         img.Allocate(int(h.width), int(h.height), magic == 5 ? 1 : 3, h.maxval > 255 ? 16 : 8);

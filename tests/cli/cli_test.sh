@@ -302,6 +302,9 @@ bad_input)
     bad 1 o.yuv "maxval.pgm: malformed PGM header \(maximum value 70000" "$Z" convert maxval.pgm o.yuv --to i420
     head -c -3 ok.ppm > short.ppm
     bad 1 o.yuv "short.ppm: truncated PPM: 9 of 12 bytes" "$Z" convert short.ppm o.yuv --to i420
+    # A header that claims a huge extent is refused before memory is taken for it.
+    printf 'P5\n100000 100000\n255\nabc' > huge.pgm
+    bad 1 o.yuv "huge.pgm: truncated PGM: 3 of 10000000000 bytes" "$Z" convert huge.pgm o.yuv --to i420
     printf 'P3\n1 1\n255\n1 2 3\n' > plain.ppm
     bad 1 o.yuv "plain-text PNM \(P3\) is not supported" "$Z" convert plain.ppm o.yuv --to i420
     # Malformed and truncated PNG.
