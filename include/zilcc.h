@@ -164,14 +164,176 @@ ZilStatus ziliYUV420ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcSte
 
 /* ------------------------------------------------------------------------ */
 /* Demosaicing, gradient-steered (CFAToRGB)                                  */
+/* One plane of Bayer samples to interleaved R, G, B, by gradient-steered
+ * bilinear interpolation (green follows the smaller same-colour second
+ * difference; red and blue are plain means). Integer arithmetic only.
+ *   src      sample (0,0) of the whole plane of srcSize.width x srcSize.height
+ *            samples (W, H); srcStep its row step in bytes.
+ *   srcRect  the region to produce, in plane coordinates; it selects output,
+ *            the whole plane stays readable. Cut at the right (x + width > W)
+ *            and bottom (y + height > H) edges only; x, y must not be negative.
+ *   dst      the output pixel of the region's first sample; dstStep in bytes;
+ *            needs srcRect.height rows of 3 * srcRect.width elements (after the cut).
+ *   grid     pattern at sample (0,0): zilBayerBGGR, zilBayerRGGB, zilBayerGBRG
+ *            or zilBayerGRBG. Phases follow absolute coordinates, so a region
+ *            equals the same part of a whole-plane call.
+ * The outer two rows and columns of the plane use simpler means that read
+ * nothing outside it. Source and destination must not overlap.
+ * Statuses, in this order: zilStatusNullPointer (src or dst null),
+ * zilStatusBadSize (W < 2 or H < 2), zilStatusBadArgument (grid not 0..3);
+ * a region empty after the cut, or outside the plane, gives zilStatusOk and
+ * writes nothing. 16u: steps in bytes, halved by the call (an odd step loses
+ * its low bit). */
+ZilStatus ziliCFAToRGB_8u_C1C3R(const uint8_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                uint8_t* dst, int dstStep, ZilBayerGrid grid);
+ZilStatus ziliCFAToRGB_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                 uint16_t* dst, int dstStep, ZilBayerGrid grid);
 /* (end of CFAToRGB)                                                         */
 
 /* ------------------------------------------------------------------------ */
 /* Demosaicing, adaptive homogeneity-directed (DemosaicAHD)                  */
+/* One plane of colour-filter samples to interleaved R, G, B by adaptive
+ * homogeneity-directed selection between a horizontal and a vertical
+ * reconstruction.
+ *   src, srcStep    sample (0,0) of the whole plane of srcSize samples.
+ *   srcRect         the region to produce, in plane coordinates. A negative x
+ *                   or y is read as 0 without shortening the region; the region
+ *                   is cut at the plane's far edges. Samples around the region
+ *                   (up to 5 beyond it, reflected about the edge sample at the
+ *                   plane's border) are read and used.
+ *   dst, dstStep    the output pixel of the region's first sample.
+ *   grid            the pattern at plane sample (0,0) (ZilBayerGrid).
+ *   buffer          work area of 30 lines, bufferStep bytes from the start of
+ *                   one line to the next. With w the region's width after
+ *                   cutting, each line must hold w + 6 samples if w is even and
+ *                   w + 8 if w is odd, so bufferStep >= that many times the
+ *                   sample size (1 or 2 bytes), and the buffer must span
+ *                   29 * bufferStep bytes plus one line. Its content on entry
+ *                   does not matter and on return has no meaning. The 16u form
+ *                   counts lines in 16-bit elements (bufferStep >> 1).
+ * Steps are in bytes and are not checked; neither buffer nor bufferStep is.
+ * Checks, in order: src or dst null -> zilStatusNullPointer; plane width or
+ * height below 5 -> zilStatusBadSize; grid outside 0..3 -> zilStatusBadArgument.
+ * A region cut to nothing returns zilStatusOk with nothing written.
+ * With a plane width or height of exactly 5, the reflection reaches one sample
+ * outside the plane (index -1 or 5 on that axis), which must be readable.    */
+ZilStatus ziliDemosaicAHD_8u_C1C3R(const uint8_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                   uint8_t* dst, int dstStep, ZilBayerGrid grid, uint8_t* buffer, int bufferStep);
+ZilStatus ziliDemosaicAHD_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSize srcSize, int srcStep,
+                                    uint16_t* dst, int dstStep, ZilBayerGrid grid, uint16_t* buffer, int bufferStep);
 /* (end of DemosaicAHD)                                                      */
 
 /* ------------------------------------------------------------------------ */
 /* Bit-depth reduction (ReduceBits)                                          */
+/*
+ * Reduces the number of distinct values of an image to `levels` equally
+ * spaced output levels, optionally with a dither that hides the steps:
+ *   dither   zilDitherNone (plain), zilDitherFloydSteinberg,
+ *            zilDitherJarvisJudiceNinke, zilDitherStucki (error diffusion, one
+ *            channel after another, rows top down, pixels left to right),
+ *            zilDitherBayer (ordered, 4x4 matrix phased at the region's corner).
+ *   noise    0..100 percent of random disturbance of the dither thresholds
+ *            (fixed seed: the same call gives the same image); ignored by
+ *            zilDitherNone. Read as unsigned.
+ *   levels   2..256 for an 8-bit destination, 2..65536 for a 16-bit one.
+ *            Read as unsigned.
+ *   buffer   work buffer of at least the size that ziliReduceBitsGetBufferSize
+ *            reports for the same width, noise and dither; any alignment, any
+ *            content. May be null when that size is 0.
+ * Steps in bytes. Float sources map 0..1 onto the output range; values
+ * outside are not clamped and may wrap. AC4 leaves the destination's fourth
+ * element untouched; C4 quantises it like the others.
+ * Checks, in order: src/dst null -8; width or height < 1 -6; noise > 100
+ * -55; levels out of range -54; dither unknown -224; a null buffer where the
+ * route needs one -8. Nothing is written on an error.
+ */
+/* Work buffer size in bytes for a ReduceBits call on a region `roiSize.width`
+ * wide (the height is not read). channels: 1 (C1), 3 (C3), 4 (C4) or 9 (AC4),
+ * checked only. Checks: size null -8; width < 1 -6; channels -47; noise > 100
+ * -55; dither unknown -224. Sizes: 0 for dither None and for Bayer without
+ * noise; Bayer with noise 6336; Floyd-Steinberg 8w + 80 (+ 6272 with noise);
+ * Jarvis-Judice-Ninke and Stucki 12w + 112 (+ 6272 with noise). */
+ZilStatus ziliReduceBitsGetBufferSize(int channels, ZilSize roiSize, int noise, ZilDither dither, int* size);
+
+ZilStatus ziliReduceBits_8u_C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_8u_C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_C1R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_C4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_C1R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_C4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_C1R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_C3R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_AC4R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_C4R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_C1R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_C3R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_AC4R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_C4R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_C1R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_C3R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_AC4R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_C4R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_C1R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_C3R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_AC4R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_C4R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_C1R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_C3R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_AC4R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_C4R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+
+/* 8-bit gray to one bit a pixel, most significant bit first; a 1 bit is a
+ * pixel above the threshold. dst is the byte holding the first pixel, at bit
+ * dstBitOffset AND 7 from the top (higher offsets do not move to a later
+ * byte). In the first byte the bits before the row are kept; when the whole row
+ * fits in that byte the bits after it are cleared, otherwise the bits after
+ * the row's end in its last byte are kept.
+ *   dither     zilDitherNone: bit = src > threshold; zilDitherStucki:
+ *              integer error diffusion (buffer sized by
+ *              ziliReduceBitsGetBufferSize with dither zilDitherStucki).
+ *   reserved1, reserved2  ignored.
+ * Checks: src/dst null -8; width or height < 1 or dstBitOffset < 0 -6;
+ * dither not None or Stucki -224; Stucki with a null buffer -8. */
+ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, int dstBitOffset,
+    ZilSize roiSize, int reserved1, int reserved2, ZilDither dither, uint8_t threshold, uint8_t* buffer);
 /* (end of ReduceBits)                                                       */
 
 #ifdef __cplusplus

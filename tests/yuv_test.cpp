@@ -140,6 +140,8 @@ const Member kMembers[] = {
 };
 #undef ZIL_P
 
+void PrintTo(const Member& m, std::ostream* os) { *os << m.name; }
+
 // Buffers for one call: every plane exactly as large as the call may touch,
 // ending at a guard page; `pad` extra bytes a row between rows.
 struct Image {
@@ -337,6 +339,8 @@ const PixelCase kReverse[] = {
     {"YUVToRGB_P3C3R", {215, 195, 191}, {255, 152, 255}},  // the lower coefficient set
     {"YUVToRGB_P3R", {215, 195, 191}, {255, 152, 255}},
 };
+
+void PrintTo(const PixelCase& c, std::ostream* os) { *os << c.member; }
 
 class YuvPixel : public ::testing::TestWithParam<PixelCase> {};
 TEST_P(YuvPixel, OnePixel) {
