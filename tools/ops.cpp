@@ -14,11 +14,13 @@ void NotAvailable(const std::string& what) {
 // Demosaicing.
 //
 // A band of output rows [y0, y0 + bh) is computed from a sub-plane that holds
-// the band and four more rows above and below it (fewer at the image's own
-// edges). Both methods read at most three rows beyond a pixel's own, and fold
-// or fill borders only at the sub-plane's edges, so a margin of four rows keeps
-// every output pixel the same as in a whole-image call. The sub-plane starts on
-// an even row, so the pattern at its sample (0,0) is still `grid`.
+// the band and six more rows above and below it (fewer at the image's own
+// edges). The adaptive method extends a region by three rows and interpolates
+// each of those from two rows further, so it reads five rows beyond a pixel's
+// own (the gradient method three); both fold or fill borders only at the
+// sub-plane's edges, so a margin of six rows keeps every output pixel the same
+// as in a whole-image call. The sub-plane starts on an even row, so the
+// pattern at its sample (0,0) is still `grid`.
 namespace {
 
 template <class T>
@@ -49,6 +51,8 @@ ZilStatus CallAhd(const uint16_t* s, ZilRect r, ZilSize sz, int ss, uint16_t* d,
 }
 #endif
 
+constexpr int kBandMargin = 6;
+
 template <class T>
 void DemosaicT(const Image& cfa, ZilBayerGrid grid, DemosaicMethod method, Rect r, int bandRows, Image& out,
                Progress* progress) {
@@ -64,8 +68,8 @@ void DemosaicT(const Image& cfa, ZilBayerGrid grid, DemosaicMethod method, Rect 
     for (int by = 0; by < r.h; by += bandRows) {
         const int bh = std::min(bandRows, r.h - by);
         const int y0 = r.y + by;
-        const int s0 = std::max(0, y0 - 4) & ~1;
-        const int s1 = std::min(H, y0 + bh + 4);
+        const int s0 = std::max(0, y0 - kBandMargin) & ~1;
+        const int s1 = std::min(H, y0 + bh + kBandMargin);
         const T* sub = reinterpret_cast<const T*>(cfa.Row(s0));
         const ZilSize subSize{W, s1 - s0};
         const ZilRect rect{r.x, y0 - s0, r.w, bh};
