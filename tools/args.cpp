@@ -46,12 +46,12 @@ Args ParseArgs(const std::string& command, int argc, char** argv, int first, con
             name = name.substr(0, eq);
             hasValue = true;
         }
-        const OptionSpec* spec = nullptr;
+        const OptionSpec* opt = nullptr;
         for (const auto& s : specs)
-            if (name == s.name) spec = &s;
-        if (!spec || arg[1] != '-')
+            if (name == s.name) opt = &s;
+        if (!opt || arg[1] != '-')
             throw UsageError("unknown option '" + arg + "' for zilcc " + command + " (see zilcc " + command + " --help)");
-        if (spec->takesValue) {
+        if (opt->takesValue) {
             if (!hasValue) {
                 if (i + 1 >= argc) throw UsageError("option --" + name + " needs a value (see zilcc " + command + " --help)");
                 value = argv[++i];
