@@ -19,7 +19,7 @@ std::string Args::Get(const std::string& name, const std::string& fallback) cons
     return it == options.end() ? fallback : it->second;
 }
 
-Args ParseArgs(const std::string& command, int argc, char** argv, int first, const std::vector<OptionSpec>& specs) {
+Args ParseArgs(const std::string& command, int argc, char** argv, int first, const std::vector<OptionSpec>& options) {
     Args a;
     a.command = command;
     bool optionsEnded = false;
@@ -47,7 +47,7 @@ Args ParseArgs(const std::string& command, int argc, char** argv, int first, con
             hasValue = true;
         }
         const OptionSpec* opt = nullptr;
-        for (const auto& s : specs)
+        for (const auto& s : options)
             if (name == s.name) opt = &s;
         if (!opt || arg[1] != '-')
             throw UsageError("unknown option '" + arg + "' for zilcc " + command + " (see zilcc " + command + " --help)");

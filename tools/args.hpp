@@ -25,7 +25,7 @@ struct Args {
 };
 
 // Parses argv[first..argc). `command` names the subcommand in messages.
-Args ParseArgs(const std::string& command, int argc, char** argv, int first, const std::vector<OptionSpec>& specs);
+Args ParseArgs(const std::string& command, int argc, char** argv, int first, const std::vector<OptionSpec>& options);
 
 // Requires exactly the named positional arguments (such as {"IN", "OUT"}).
 void RequirePositional(const Args& a, const std::vector<std::string>& names);
