@@ -225,6 +225,115 @@ ZilStatus ziliDemosaicAHD_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSiz
 
 /* ------------------------------------------------------------------------ */
 /* Bit-depth reduction (ReduceBits)                                          */
+/*
+ * Reduces the number of distinct values of an image to `levels` equally
+ * spaced output levels, optionally with a dither that hides the steps:
+ *   dither   zilDitherNone (plain), zilDitherFloydSteinberg,
+ *            zilDitherJarvisJudiceNinke, zilDitherStucki (error diffusion, one
+ *            channel after another, rows top down, pixels left to right),
+ *            zilDitherBayer (ordered, 4x4 matrix phased at the region's corner).
+ *   noise    0..100 percent of random disturbance of the dither thresholds
+ *            (fixed seed: the same call gives the same image); ignored by
+ *            zilDitherNone. Read as unsigned.
+ *   levels   2..256 for an 8-bit destination, 2..65536 for a 16-bit one.
+ *            Read as unsigned.
+ *   buffer   work buffer of at least the size that ziliReduceBitsGetBufferSize
+ *            reports for the same width, noise and dither; any alignment, any
+ *            content. May be null when that size is 0.
+ * Steps in bytes. Float sources map 0..1 onto the output range; values
+ * outside are not clamped and may wrap. AC4 leaves the destination's fourth
+ * element untouched; C4 quantises it like the others.
+ * Checks, in order: src/dst null -8; width or height < 1 -6; noise > 100
+ * -55; levels out of range -54; dither unknown -224; a null buffer where the
+ * route needs one -8. Nothing is written on an error.
+ */
+/* Work buffer size in bytes for a ReduceBits call on a region `roiSize.width`
+ * wide (the height is not read). channels: 1 (C1), 3 (C3), 4 (C4) or 9 (AC4),
+ * checked only. Checks: size null -8; width < 1 -6; channels -47; noise > 100
+ * -55; dither unknown -224. Sizes: 0 for dither None and for Bayer without
+ * noise; Bayer with noise 6336; Floyd-Steinberg 8w + 80 (+ 6272 with noise);
+ * Jarvis-Judice-Ninke and Stucki 12w + 112 (+ 6272 with noise). */
+ZilStatus ziliReduceBitsGetBufferSize(int channels, ZilSize roiSize, int noise, ZilDither dither, int* size);
+
+ZilStatus ziliReduceBits_8u_C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_8u_C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_C1R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u_C4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_C1R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s_C4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_C1R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_C3R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_AC4R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f8u_C4R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_C1R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_C3R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_AC4R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16u_C4R(const float* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_C1R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_C3R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_AC4R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_32f16s_C4R(const float* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_C1R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_C3R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_AC4R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16u8u_C4R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_C1R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_C3R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_AC4R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+ZilStatus ziliReduceBits_16s8u_C4R(const int16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize,
+    int noise, ZilDither dither, int levels, uint8_t* buffer);
+
+/* 8-bit gray to one bit a pixel, most significant bit first; a 1 bit is a
+ * pixel above the threshold. dst is the byte holding the first pixel, at bit
+ * dstBitOffset AND 7 from the top (higher offsets do not move to a later
+ * byte). In the first byte the bits before the row are kept; when the whole row
+ * fits in that byte the bits after it are cleared, otherwise the bits after
+ * the row's end in its last byte are kept.
+ *   dither     zilDitherNone: bit = src > threshold; zilDitherStucki:
+ *              integer error diffusion (buffer sized by
+ *              ziliReduceBitsGetBufferSize with dither zilDitherStucki).
+ *   reserved1, reserved2  ignored.
+ * Checks: src/dst null -8; width or height < 1 or dstBitOffset < 0 -6;
+ * dither not None or Stucki -224; Stucki with a null buffer -8. */
+ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, int dstBitOffset,
+    ZilSize roiSize, int reserved1, int reserved2, ZilDither dither, uint8_t threshold, uint8_t* buffer);
 /* (end of ReduceBits)                                                       */
 
 #ifdef __cplusplus

@@ -1,0 +1,58 @@
+// Shared pieces of the zilcc tool: the two kinds of failure, the image type,
+// and naming of library statuses.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "zilcc.h"
+
+namespace zt {
+
+// A mistake on the command line: exit status 2.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+// Input the tool cannot use, a library status below zero, an I/O failure: exit status 1.
+struct DataError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// Name of a library status, such as "zilStatusBadSize"; "status N" if unknown.
+std::string StatusName(ZilStatus s);
+
+// Throws DataError("FN returned NAME (N)" + context) for a negative status.
+// Warnings (positive) are returned to the caller to decide on.
+ZilStatus CheckStatus(ZilStatus s, const char* fn, const std::string& context = "");
+
+// A dense image of 1 or 3 channels, 8 or 16 bits a sample (16-bit samples in
+// the machine's byte order).
+struct Image {
+    int width = 0;
+    int height = 0;
+    int channels = 0;
+    int depth = 8;
+    std::vector<uint8_t> data;
+
+    size_t SampleBytes() const { return depth == 16 ? 2 : 1; }
+    size_t RowBytes() const { return size_t(width) * size_t(channels) * SampleBytes(); }
+    int Step() const { return int(RowBytes()); }
+    uint8_t* Row(int y) { return data.data() + size_t(y) * RowBytes(); }
+    const uint8_t* Row(int y) const { return data.data() + size_t(y) * RowBytes(); }
+    uint16_t* Row16(int y) { return reinterpret_cast<uint16_t*>(Row(y)); }
+    const uint16_t* Row16(int y) const { return reinterpret_cast<const uint16_t*>(Row(y)); }
+
+    // Allocates zeroed samples; throws DataError when the extent is absurd or a
+    // row would not fit a 32-bit step.
+    void Allocate(int w, int h, int ch, int bits);
+};
+
+std::string SizeText(int w, int h);
+
+// Rows a band holds so that one band is about `bytes` of source.
+int BandRows(size_t rowBytes, int multipleOf, size_t bytes = size_t(8) << 20);
+
+}  // namespace zt
