@@ -99,15 +99,15 @@ inline void StorePairs(uint8_t* o, const Rgb<Lanes<uint8_t>::V>& p0, const Rgb<L
     // Two bytes a lane: R0 G0, B0 R1, G1 B1 - the six bytes of a pair in order.
     const U16 a = U16(p0.r) | U16(p0.g) << 8, b = U16(p0.b) | U16(p1.r) << 8, c = U16(p1.g) | U16(p1.b) << 8;
     const U16 z = {};
-    const U32 abLo = U32(__builtin_shuffle(a, b, U16{0, 8, 1, 9, 2, 10, 3, 11}));
-    const U32 abHi = U32(__builtin_shuffle(a, b, U16{4, 12, 5, 13, 6, 14, 7, 15}));
-    const U32 cLo = U32(__builtin_shuffle(c, z, U16{0, 8, 1, 9, 2, 10, 3, 11}));
-    const U32 cHi = U32(__builtin_shuffle(c, z, U16{4, 12, 5, 13, 6, 14, 7, 15}));
+    const U32 abLo = U32(ZIL_SHUFFLE(a, b, U16, 0, 8, 1, 9, 2, 10, 3, 11));
+    const U32 abHi = U32(ZIL_SHUFFLE(a, b, U16, 4, 12, 5, 13, 6, 14, 7, 15));
+    const U32 cLo = U32(ZIL_SHUFFLE(c, z, U16, 0, 8, 1, 9, 2, 10, 3, 11));
+    const U32 cHi = U32(ZIL_SHUFFLE(c, z, U16, 4, 12, 5, 13, 6, 14, 7, 15));
     // One pair a 64-bit lane: its six bytes and two zero bytes.
-    const U64 q[4] = {U64(__builtin_shuffle(abLo, cLo, U32{0, 4, 1, 5})),
-                      U64(__builtin_shuffle(abLo, cLo, U32{2, 6, 3, 7})),
-                      U64(__builtin_shuffle(abHi, cHi, U32{0, 4, 1, 5})),
-                      U64(__builtin_shuffle(abHi, cHi, U32{2, 6, 3, 7}))};
+    const U64 q[4] = {U64(ZIL_SHUFFLE(abLo, cLo, U32, 0, 4, 1, 5)),
+                      U64(ZIL_SHUFFLE(abLo, cLo, U32, 2, 6, 3, 7)),
+                      U64(ZIL_SHUFFLE(abHi, cHi, U32, 0, 4, 1, 5)),
+                      U64(ZIL_SHUFFLE(abHi, cHi, U32, 2, 6, 3, 7))};
     for (int k = 0; k < 4; ++k) {
         *reinterpret_cast<Word*>(o + 12 * k) = q[k][0];
         *reinterpret_cast<Word*>(o + 12 * k + 6) = q[k][1];
@@ -119,12 +119,12 @@ inline void StorePairs(uint16_t* o, const Rgb<Lanes<uint16_t>::V>& p0, const Rgb
     typedef U32 Unaligned __attribute__((aligned(1), may_alias));
     // Two samples a lane: R0 G0, B0 R1, G1 B1.
     const U32 a = U32(p0.r) | U32(p0.g) << 16, b = U32(p0.b) | U32(p1.r) << 16, c = U32(p1.g) | U32(p1.b) << 16;
-    const U32 abLo = __builtin_shuffle(a, b, U32{0, 4, 1, 5}), abHi = __builtin_shuffle(a, b, U32{2, 6, 3, 7});
+    const U32 abLo = ZIL_SHUFFLE(a, b, U32, 0, 4, 1, 5), abHi = ZIL_SHUFFLE(a, b, U32, 2, 6, 3, 7);
     // Pair i in lanes 0..2 of a 16-byte store at 12 i bytes; lane 3 is overwritten next.
-    *reinterpret_cast<Unaligned*>(o + 0) = __builtin_shuffle(abLo, c, U32{0, 1, 4, 4});
-    *reinterpret_cast<Unaligned*>(o + 6) = __builtin_shuffle(abLo, c, U32{2, 3, 5, 5});
-    *reinterpret_cast<Unaligned*>(o + 12) = __builtin_shuffle(abHi, c, U32{0, 1, 6, 6});
-    *reinterpret_cast<Unaligned*>(o + 18) = __builtin_shuffle(abHi, c, U32{2, 3, 7, 7});
+    *reinterpret_cast<Unaligned*>(o + 0) = ZIL_SHUFFLE(abLo, c, U32, 0, 1, 4, 4);
+    *reinterpret_cast<Unaligned*>(o + 6) = ZIL_SHUFFLE(abLo, c, U32, 2, 3, 5, 5);
+    *reinterpret_cast<Unaligned*>(o + 12) = ZIL_SHUFFLE(abHi, c, U32, 0, 1, 6, 6);
+    *reinterpret_cast<Unaligned*>(o + 18) = ZIL_SHUFFLE(abHi, c, U32, 2, 3, 7, 7);
 }
 
 // Converts whole groups of kPairs column pairs of a row (even columns site S0,

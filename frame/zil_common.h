@@ -20,6 +20,13 @@
 extern "C" ZIL_HIDDEN const uint8_t chop[1000];
 extern "C" ZIL_HIDDEN const uint8_t* const CHOP_ARRAY;
 
+// Two-vector lane shuffle of generic vectors: lanes of a are 0..N-1, of b N..2N-1.
+#if defined(__clang__)
+#define ZIL_SHUFFLE(a, b, V, ...) __builtin_shufflevector(a, b, __VA_ARGS__)
+#else
+#define ZIL_SHUFFLE(a, b, V, ...) __builtin_shuffle(a, b, V{__VA_ARGS__})
+#endif
+
 namespace zil {
 
 // The value of chop[370 + x], computed with compares so that row loops

@@ -29,6 +29,8 @@ struct Member {
     bool ac4;                // fourth element left alone
     int maxLevels;
 };
+// Test names print the member's name, not the struct's bytes (padding included).
+void PrintTo(const Member& m, std::ostream* os) { *os << m.name; }
 
 #define ZT_LAYOUTS(PAIR, S, D, MAXL)                                                                             \
     Member{#PAIR "_C1R", Thunk<S, D, ziliReduceBits_##PAIR##_C1R>, int(sizeof(S)), int(sizeof(D)), 1, false, MAXL}, \
