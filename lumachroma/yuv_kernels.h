@@ -65,20 +65,126 @@ inline uint8_t ChromaVQ(int32_t dv) {
     return static_cast<uint8_t>(t < 0 ? 0 : (t > 255 ? 255 : t));
 }
 
-// One full-resolution chunk. The planar arrays hold the pixels in order.
-template <int SP, int DP, const FwdMember& M>
-inline void RgbToYuvChunk(const uint8_t* __restrict r, const uint8_t* __restrict g, const uint8_t* __restrict b,
-                          uint8_t* __restrict y, uint8_t* __restrict u, uint8_t* __restrict v) {
-    int16_t R[kChunk], G[kChunk], B[kChunk];
-    uint8_t Y[kChunk], U[kChunk], V[kChunk];
-    for (int j = 0; j < kChunk; ++j) R[j] = r[j * SP], G[j] = g[j * SP], B[j] = b[j * SP];
-    for (int j = 0; j < kChunk; ++j) {
+// Generic 16-byte vectors (baseline instructions only).
+typedef uint32_t V4u __attribute__((vector_size(16)));
+typedef V4u V4uUnaligned __attribute__((aligned(1), may_alias));
+typedef int16_t V8s __attribute__((vector_size(16)));
+typedef V8s V8sUnaligned __attribute__((aligned(1), may_alias));
+
+inline uint32_t Load4(const uint8_t* p) {
+    uint32_t w;
+    __builtin_memcpy(&w, p, 4);
+    return w;
+}
+inline uint32_t Load3(const uint8_t* p) { return uint32_t(p[0]) | uint32_t(p[1]) << 8 | uint32_t(p[2]) << 16; }
+
+// The lowest and highest of three channel pointers; they are the three bytes
+// of interleaved pixels when hi - lo is 2.
+template <class P>
+inline P Lowest(P a, P b, P c) { return a < b ? (a < c ? a : c) : (b < c ? b : c); }
+template <class P>
+inline P Highest(P a, P b, P c) { return a > b ? (a > c ? a : c) : (b > c ? b : c); }
+
+// Gathers N pixels of three byte channels (pixel j at j * PS bytes from each
+// channel pointer) into 16-bit arrays. When the channels are three adjacent
+// bytes of interleaved pixels, each pixel is read as one 32-bit word (the last
+// one of the N as three bytes, so nothing past its own bytes is read); the
+// words of the even and the odd pixels of a group of 8 fill two vectors, and
+// channel c of both, joined as the low and high halves of 32-bit lanes, is
+// the group's 8 samples in order.
+template <int PS, int N>
+inline void Gather3(const uint8_t* c0, const uint8_t* c1, const uint8_t* c2, int16_t* __restrict o0,
+                    int16_t* __restrict o1, int16_t* __restrict o2) {
+    static_assert(N % 8 == 0, "groups of 8");
+    if constexpr (PS >= 3) {
+        const uint8_t* lo = Lowest(c0, c1, c2);
+        if (Highest(c0, c1, c2) - lo == 2) {
+            const int s0 = 8 * int(c0 - lo), s1 = 8 * int(c1 - lo), s2 = 8 * int(c2 - lo);
+            for (int k = 0; k < N; k += 8) {
+                const uint8_t* p = lo + k * PS;
+                const V4u ev = {Load4(p), Load4(p + 2 * PS), Load4(p + 4 * PS), Load4(p + 6 * PS)};
+                const V4u od = {Load4(p + PS), Load4(p + 3 * PS), Load4(p + 5 * PS),
+                                k + 8 < N ? Load4(p + 7 * PS) : Load3(p + 7 * PS)};
+                const V8s r0 = V8s(((ev >> s0) & 255) | ((od >> s0) & 255) << 16);
+                const V8s r1 = V8s(((ev >> s1) & 255) | ((od >> s1) & 255) << 16);
+                const V8s r2 = V8s(((ev >> s2) & 255) | ((od >> s2) & 255) << 16);
+                *reinterpret_cast<V8sUnaligned*>(o0 + k) = r0;
+                *reinterpret_cast<V8sUnaligned*>(o1 + k) = r1;
+                *reinterpret_cast<V8sUnaligned*>(o2 + k) = r2;
+            }
+            return;
+        }
+    }
+    for (int j = 0; j < N; ++j) o0[j] = c0[j * PS], o1[j] = c1[j * PS], o2[j] = c2[j * PS];
+}
+
+// Scatters N pixels of three byte arrays to channels of stride PS. Pixels
+// whose three channels are adjacent bytes get one 32-bit word each: 16 bytes
+// of an array read as four 32-bit lanes hold pixel 4i + t of lane i in byte t,
+// so the words of pixels t, t + 4, ... are built by shifts and masks. Words are
+// stored in increasing order; for three-byte pixels a word's fourth byte is
+// the next pixel's first and is rewritten by the next word, and the last pixel
+// of the N is written as three bytes. Four-byte pixels with a written fourth
+// byte (a, value `alpha`) take whole words. Otherwise byte by byte.
+template <int PS, int N, bool WithAlpha>
+inline void Scatter3(uint8_t* c0, uint8_t* c1, uint8_t* c2, uint8_t* a, const uint8_t* __restrict i0,
+                     const uint8_t* __restrict i1, const uint8_t* __restrict i2, uint8_t alpha) {
+    static_assert(N % 16 == 0, "groups of 16");
+    if constexpr (PS == 3 || (PS == 4 && WithAlpha)) {
+        uint8_t* lo = Lowest(c0, c1, c2);
+        if (Highest(c0, c1, c2) - lo == 2 && (!WithAlpha || a - lo == 3)) {
+            const int s0 = 8 * int(c0 - lo), s1 = 8 * int(c1 - lo), s2 = 8 * int(c2 - lo);
+            const uint32_t fourth = WithAlpha ? uint32_t(alpha) << 24 : 0;
+            for (int k = 0; k < N; k += 16) {
+                const V4u x0 = *reinterpret_cast<const V4uUnaligned*>(i0 + k);
+                const V4u x1 = *reinterpret_cast<const V4uUnaligned*>(i1 + k);
+                const V4u x2 = *reinterpret_cast<const V4uUnaligned*>(i2 + k);
+                uint32_t W[4][4];  // [t][i]: the word of pixel 4i + t
+                for (int t = 0; t < 4; ++t) {
+                    const V4u w = ((x0 >> (8 * t)) & 255) << s0 | ((x1 >> (8 * t)) & 255) << s1 |
+                                  ((x2 >> (8 * t)) & 255) << s2 | fourth;
+                    __builtin_memcpy(W[t], &w, 16);
+                }
+                uint8_t* p = lo + k * PS;
+                const int words = (PS == 3 && k + 16 == N) ? 15 : 16;
+                for (int j = 0; j < words; ++j) __builtin_memcpy(p + j * PS, &W[j & 3][j >> 2], 4);
+                if (words == 15) c0[(N - 1) * PS] = i0[N - 1], c1[(N - 1) * PS] = i1[N - 1], c2[(N - 1) * PS] = i2[N - 1];
+            }
+            return;
+        }
+    }
+    for (int j = 0; j < N; ++j) {
+        c0[j * PS] = i0[j], c1[j * PS] = i1[j], c2[j * PS] = i2[j];
+        if constexpr (WithAlpha) a[j * PS] = alpha;
+    }
+}
+
+// Forward arithmetic of N pixels held in planar arrays.
+template <int N, const FwdMember& M, class T>
+inline void RgbToYuvPlanar(const T* __restrict R, const T* __restrict G, const T* __restrict B, uint8_t* __restrict Y,
+                           uint8_t* __restrict U, uint8_t* __restrict V) {
+    for (int j = 0; j < N; ++j) {
         const int32_t S = LumaQ16(R[j], G[j], B[j]);
         Y[j] = static_cast<uint8_t>((S + M.yRound) >> 16);
         U[j] = ChromaUQ<16>(((int32_t(B[j]) << 16) - S + M.cPixel) >> 16);
         V[j] = ChromaVQ<16>(((int32_t(R[j]) << 16) - S + M.cPixel) >> 16);
     }
-    for (int j = 0; j < kChunk; ++j) y[j * DP] = Y[j], u[j * DP] = U[j], v[j * DP] = V[j];
+}
+
+// One full-resolution chunk. Planar sources and destinations are used in place.
+template <int SP, int DP, const FwdMember& M>
+inline void RgbToYuvChunk(const uint8_t* r, const uint8_t* g, const uint8_t* b, uint8_t* y, uint8_t* u, uint8_t* v) {
+    uint8_t Y[kChunk], U[kChunk], V[kChunk];
+    uint8_t *oy = Y, *ou = U, *ov = V;
+    if constexpr (DP == 1) oy = y, ou = u, ov = v;
+    if constexpr (SP == 1) {
+        RgbToYuvPlanar<kChunk, M>(r, g, b, oy, ou, ov);
+    } else {
+        int16_t R[kChunk], G[kChunk], B[kChunk];
+        Gather3<SP, kChunk>(r, g, b, R, G, B);
+        RgbToYuvPlanar<kChunk, M>(R, G, B, oy, ou, ov);
+    }
+    if constexpr (DP != 1) Scatter3<DP, kChunk, false>(y, u, v, nullptr, Y, U, V, 0);
 }
 
 // One 4:2:0 chunk of kChunkCells cells. Planar arrays by quarter of the cell:
@@ -88,12 +194,8 @@ inline void RgbToYuv420Chunk(const Rows& rw, int x, uint8_t* __restrict y0, uint
                              uint8_t* __restrict u, uint8_t* __restrict v) {
     int16_t R[4][kChunkCells], G[4][kChunkCells], B[4][kChunkCells];
     for (int q = 0; q < 4; ++q) {
-        const int row = 3 * (q >> 1);
-        const uint8_t* __restrict r = rw.s[row] + (2 * x + (q & 1)) * SP;
-        const uint8_t* __restrict g = rw.s[row + 1] + (2 * x + (q & 1)) * SP;
-        const uint8_t* __restrict b = rw.s[row + 2] + (2 * x + (q & 1)) * SP;
-        for (int j = 0; j < kChunkCells; ++j)
-            R[q][j] = r[2 * j * SP], G[q][j] = g[2 * j * SP], B[q][j] = b[2 * j * SP];
+        const int row = 3 * (q >> 1), at = (2 * x + (q & 1)) * SP;
+        Gather3<2 * SP, kChunkCells>(rw.s[row] + at, rw.s[row + 1] + at, rw.s[row + 2] + at, R[q], G[q], B[q]);
     }
     for (int j = 0; j < kChunkCells; ++j) {
         int32_t S[4];
@@ -110,32 +212,41 @@ inline void RgbToYuv420Chunk(const Rows& rw, int x, uint8_t* __restrict y0, uint
     }
 }
 
-// The three channels of one output pixel from Y << 16 and the per-chroma terms
-// (the rounding term already added).
+// Clamp255 of t >> 16, as compares.
 inline uint8_t Clip16(int32_t t) {
     t >>= 16;
     return static_cast<uint8_t>(t < 0 ? 0 : (t > 255 ? 255 : t));
 }
 
-// One full-resolution reverse chunk.
+// Reverse arithmetic of N pixels held in planar arrays.
+template <int N, const InvMember& M, class T>
+inline void YuvToRgbPlanar(const T* __restrict Y, const T* __restrict U, const T* __restrict V, uint8_t* __restrict R,
+                           uint8_t* __restrict G, uint8_t* __restrict B) {
+    for (int j = 0; j < N; ++j) {
+        const int32_t yy = int32_t(Y[j]) << 16;
+        const int16_t cu = int16_t(int16_t(U[j]) - 128), cv = int16_t(int16_t(V[j]) - 128);
+        R[j] = Clip16(yy + MulQ16<M.k.a>(cv) + M.pix.r);
+        G[j] = Clip16(yy - MulQ16<M.k.b>(cu) - MulQ16<M.k.c>(cv) + M.pix.g);
+        B[j] = Clip16(yy + MulQ16<M.k.d>(cu) + M.pix.b);
+    }
+}
+
+// One full-resolution reverse chunk. Planar sources and destinations are used
+// in place.
 template <int SP, int DP, const InvMember& M, Alpha A>
-inline void YuvToRgbChunk(const uint8_t* __restrict y, const uint8_t* __restrict u, const uint8_t* __restrict v,
-                          uint8_t* __restrict r, uint8_t* __restrict g, uint8_t* __restrict b,
-                          uint8_t* __restrict a, uint8_t alpha) {
-    int16_t Yv[kChunk], Uv[kChunk], Vv[kChunk];
+inline void YuvToRgbChunk(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* r, uint8_t* g, uint8_t* b,
+                          uint8_t* a, uint8_t alpha) {
     uint8_t Ro[kChunk], Go[kChunk], Bo[kChunk];
-    for (int j = 0; j < kChunk; ++j) Yv[j] = y[j * SP], Uv[j] = u[j * SP], Vv[j] = v[j * SP];
-    for (int j = 0; j < kChunk; ++j) {
-        const int32_t yy = int32_t(Yv[j]) << 16;
-        const int16_t cu = int16_t(Uv[j] - 128), cv = int16_t(Vv[j] - 128);
-        Ro[j] = Clip16(yy + MulQ16<M.k.a>(cv) + M.pix.r);
-        Go[j] = Clip16(yy - MulQ16<M.k.b>(cu) - MulQ16<M.k.c>(cv) + M.pix.g);
-        Bo[j] = Clip16(yy + MulQ16<M.k.d>(cu) + M.pix.b);
+    uint8_t *orr = Ro, *og = Go, *ob = Bo;
+    if constexpr (DP == 1) orr = r, og = g, ob = b;
+    if constexpr (SP == 1) {
+        YuvToRgbPlanar<kChunk, M>(y, u, v, orr, og, ob);
+    } else {
+        int16_t Yv[kChunk], Uv[kChunk], Vv[kChunk];
+        Gather3<SP, kChunk>(y, u, v, Yv, Uv, Vv);
+        YuvToRgbPlanar<kChunk, M>(Yv, Uv, Vv, orr, og, ob);
     }
-    for (int j = 0; j < kChunk; ++j) {
-        r[j * DP] = Ro[j], g[j * DP] = Go[j], b[j * DP] = Bo[j];
-        if constexpr (A == Alpha::Value) a[j * DP] = alpha;
-    }
+    if constexpr (DP != 1) Scatter3<DP, kChunk, A == Alpha::Value>(r, g, b, a, Ro, Go, Bo, alpha);
 }
 
 // One 4:2:0 reverse chunk of kChunkCells cells; the chroma terms are shared by
@@ -156,16 +267,9 @@ inline void Yuv420ToRgbChunk(const uint8_t* __restrict y0, const uint8_t* __rest
             Ro[1][2 * j + p] = Clip16(yb + tr), Go[1][2 * j + p] = Clip16(yb + tg), Bo[1][2 * j + p] = Clip16(yb + tb);
         }
     }
-    for (int row = 0; row < 2; ++row) {
-        uint8_t* __restrict r = d[4 * row];
-        uint8_t* __restrict g = d[4 * row + 1];
-        uint8_t* __restrict b = d[4 * row + 2];
-        uint8_t* __restrict a = d[4 * row + 3];
-        for (int j = 0; j < 2 * kChunkCells; ++j) {
-            r[j * DP] = Ro[row][j], g[j * DP] = Go[row][j], b[j * DP] = Bo[row][j];
-            if constexpr (A == Alpha::Value) a[j * DP] = alpha;
-        }
-    }
+    for (int row = 0; row < 2; ++row)
+        Scatter3<DP, 2 * kChunkCells, A == Alpha::Value>(d[4 * row], d[4 * row + 1], d[4 * row + 2], d[4 * row + 3],
+                                                         Ro[row], Go[row], Bo[row], alpha);
 }
 
 // Full resolution. s: R, G, B (stride SP), s[3] alpha source when copied;
