@@ -41,34 +41,76 @@ inline uint8_t ChromaV(int32_t sR, int32_t sS, int32_t c) {
 // per-pixel form, so the bytes are identical.
 inline constexpr int kChunk = 64, kChunkCells = 32;
 
-// x * C for |x| < 2^15, written as a 16 x 16 -> 32-bit product plus x shifted
-// left: C = H * 65536 + L with L in the int16 range and H in {0, 1, 2}. Exact
-// for every such x, and it lets the vectoriser use 16-bit multiplies.
-template <int32_t C>
-inline int32_t MulQ16(int16_t x) {
-    constexpr int32_t H = (C + 32768) >> 16, L = C - H * 65536;
-    static_assert(L >= -32768 && L <= 32767 && H >= 0 && H <= 2, "split of the constant");
-    const int32_t lo = int32_t(x) * int32_t(int16_t(L));
-    if constexpr (H == 0) return lo;
-    else return lo + int32_t(uint32_t(int32_t(x)) << (H == 1 ? 16 : 17));
+// ---- chunk arithmetic in 16-bit lanes ----------------------------------------
+// The chunk loops compute the same values as the per-pixel form, rewritten so
+// that most of the work fits 16-bit lanes; every step below is an identity on
+// integers over the operands' ranges.
+//
+// Forward. S = kYR R + kYG G + kYB B is kept 32-bit (0..16711680). Because
+// B << 16 is a multiple of 2^16,
+//   du = ((B << 16) - S + c) >> 16 = B + ((c - S) >> 16) = B - ((S + 65535 - c) >> 16),
+// using floor((c - S) / 2^16) = -ceil((S - c) / 2^16). The subtracted term is a
+// luma with the rounding term 65535 - c (for 4:2:0, c = 131071: (sS - 65536) >> 16),
+// so du and dv are 16-bit differences. Then (du kUB) >> 16 is the high half of
+// a 16 x 16-bit product, and since kVR = 65536 - 8061,
+//   (dv kVR) >> 16 = dv + ((dv (-8061)) >> 16);
+// a further shift by Shift - 16 is the same as shifting the product by Shift.
+template <int32_t Round>
+inline int16_t LumaShift(uint32_t S) { return int16_t((int32_t(S) + Round) >> 16); }
+inline uint32_t LumaSum16(uint16_t r, uint16_t g, uint16_t b) {
+    return uint32_t(r) * uint32_t(kYR) + uint32_t(g) * uint32_t(kYG) + uint32_t(b) * uint32_t(kYB);
 }
-inline int32_t LumaQ16(int16_t r, int16_t g, int16_t b) { return MulQ16<kYR>(r) + MulQ16<kYG>(g) + MulQ16<kYB>(b); }
+inline int16_t MulHigh(int16_t x, int16_t k) { return int16_t((int32_t(x) * int32_t(k)) >> 16); }
+static_assert(kVR - 65536 == -8061, "V scale split");
+template <int Shift>
+inline uint8_t ChromaU16(int16_t du) {
+    return static_cast<uint8_t>(int16_t(MulHigh(du, int16_t(kUB)) >> (Shift - 16)) + 128);
+}
+template <int Shift>
+inline uint8_t ChromaV16(int16_t dv) {
+    int16_t t = int16_t(int16_t(int16_t(dv + MulHigh(dv, int16_t(kVR - 65536))) >> (Shift - 16)) + 128);
+    t = t < 0 ? int16_t(0) : t;
+    t = t > 255 ? int16_t(255) : t;
+    return static_cast<uint8_t>(t);
+}
 
-// Chroma from a du or dv that lies well inside the int16 range.
-template <int Shift>
-inline uint8_t ChromaUQ(int32_t du) {
-    return static_cast<uint8_t>((MulQ16<kUB>(int16_t(du)) >> Shift) + 128);
+// Reverse. With a coefficient C = H 2^16 + L (L in the int16 range, H >= 0)
+// and a rounding term of 0 or 32768,
+//   ((Y << 16) + C x + round) >> 16 = Y + H x + ((L x + round) >> 16),
+// and (L x + 32768) >> 16 is the high half of L x plus the top bit of its low
+// half. The green term has two products and is summed in 32 bits.
+template <int32_t C>
+struct Split16 {
+    static constexpr int32_t H = (C + 32768) >> 16, L = C - H * 65536;
+    static_assert(L >= -32768 && L <= 32767 && H >= 0, "split of the coefficient");
+};
+template <int32_t C, int32_t Round>
+inline int16_t Term16(int16_t x) {
+    static_assert(Round == 0 || Round == 32768, "rounding term");
+    using K = Split16<C>;
+    const int32_t p = int32_t(x) * K::L;
+    int16_t t = int16_t(int16_t(K::H * x) + int16_t(p >> 16));
+    if constexpr (Round != 0) t = int16_t(t + int16_t(uint16_t(p) >> 15));
+    return t;
 }
-template <int Shift>
-inline uint8_t ChromaVQ(int32_t dv) {
-    const int32_t t = (MulQ16<kVR>(int16_t(dv)) >> Shift) + 128;
-    return static_cast<uint8_t>(t < 0 ? 0 : (t > 255 ? 255 : t));
+// ((Y << 16) - B cu - C cv + round) >> 16 - Y.
+template <int32_t B, int32_t C, int32_t Round>
+inline int16_t TermG16(int16_t cu, int16_t cv) {
+    using KB = Split16<B>;
+    using KC = Split16<C>;
+    const int32_t low = Round - int32_t(cu) * KB::L - int32_t(cv) * KC::L;
+    return int16_t(int16_t(-KB::H * cu - KC::H * cv) + int16_t(low >> 16));
+}
+inline uint8_t Clamp16(int16_t t) {
+    t = t < 0 ? int16_t(0) : t;
+    t = t > 255 ? int16_t(255) : t;
+    return static_cast<uint8_t>(t);
 }
 
 // Generic 16-byte vectors (baseline instructions only).
 typedef uint32_t V4u __attribute__((vector_size(16)));
 typedef V4u V4uUnaligned __attribute__((aligned(1), may_alias));
-typedef int16_t V8s __attribute__((vector_size(16)));
+typedef uint16_t V8s __attribute__((vector_size(16)));
 typedef V8s V8sUnaligned __attribute__((aligned(1), may_alias));
 
 inline uint32_t Load4(const uint8_t* p) {
@@ -93,8 +135,8 @@ inline P Highest(P a, P b, P c) { return a > b ? (a > c ? a : c) : (b > c ? b : 
 // channel c of both, joined as the low and high halves of 32-bit lanes, is
 // the group's 8 samples in order.
 template <int PS, int N>
-inline void Gather3(const uint8_t* c0, const uint8_t* c1, const uint8_t* c2, int16_t* __restrict o0,
-                    int16_t* __restrict o1, int16_t* __restrict o2) {
+inline void Gather3(const uint8_t* c0, const uint8_t* c1, const uint8_t* c2, uint16_t* __restrict o0,
+                    uint16_t* __restrict o1, uint16_t* __restrict o2) {
     static_assert(N % 8 == 0, "groups of 8");
     if constexpr (PS >= 3) {
         const uint8_t* lo = Lowest(c0, c1, c2);
@@ -164,10 +206,11 @@ template <int N, const FwdMember& M, class T>
 inline void RgbToYuvPlanar(const T* __restrict R, const T* __restrict G, const T* __restrict B, uint8_t* __restrict Y,
                            uint8_t* __restrict U, uint8_t* __restrict V) {
     for (int j = 0; j < N; ++j) {
-        const int32_t S = LumaQ16(R[j], G[j], B[j]);
-        Y[j] = static_cast<uint8_t>((S + M.yRound) >> 16);
-        U[j] = ChromaUQ<16>(((int32_t(B[j]) << 16) - S + M.cPixel) >> 16);
-        V[j] = ChromaVQ<16>(((int32_t(R[j]) << 16) - S + M.cPixel) >> 16);
+        const uint32_t S = LumaSum16(R[j], G[j], B[j]);
+        Y[j] = static_cast<uint8_t>(LumaShift<M.yRound>(S));
+        const int16_t yc = LumaShift<65535 - M.cPixel>(S);
+        U[j] = ChromaU16<16>(int16_t(B[j] - yc));
+        V[j] = ChromaV16<16>(int16_t(R[j] - yc));
     }
 }
 
@@ -180,7 +223,7 @@ inline void RgbToYuvChunk(const uint8_t* r, const uint8_t* g, const uint8_t* b, 
     if constexpr (SP == 1) {
         RgbToYuvPlanar<kChunk, M>(r, g, b, oy, ou, ov);
     } else {
-        int16_t R[kChunk], G[kChunk], B[kChunk];
+        uint16_t R[kChunk], G[kChunk], B[kChunk];
         Gather3<SP, kChunk>(r, g, b, R, G, B);
         RgbToYuvPlanar<kChunk, M>(R, G, B, oy, ou, ov);
     }
@@ -192,30 +235,24 @@ inline void RgbToYuvChunk(const uint8_t* r, const uint8_t* g, const uint8_t* b, 
 template <int SP, const FwdMember& M>
 inline void RgbToYuv420Chunk(const Rows& rw, int x, uint8_t* __restrict y0, uint8_t* __restrict y1,
                              uint8_t* __restrict u, uint8_t* __restrict v) {
-    int16_t R[4][kChunkCells], G[4][kChunkCells], B[4][kChunkCells];
+    uint16_t R[4][kChunkCells], G[4][kChunkCells], B[4][kChunkCells];
     for (int q = 0; q < 4; ++q) {
         const int row = 3 * (q >> 1), at = (2 * x + (q & 1)) * SP;
         Gather3<2 * SP, kChunkCells>(rw.s[row] + at, rw.s[row + 1] + at, rw.s[row + 2] + at, R[q], G[q], B[q]);
     }
     for (int j = 0; j < kChunkCells; ++j) {
-        int32_t S[4];
-        for (int q = 0; q < 4; ++q) S[q] = LumaQ16(R[q][j], G[q][j], B[q][j]);
-        y0[2 * j] = static_cast<uint8_t>((S[0] + M.yRound) >> 16);
-        y0[2 * j + 1] = static_cast<uint8_t>((S[1] + M.yRound) >> 16);
-        y1[2 * j] = static_cast<uint8_t>((S[2] + M.yRound) >> 16);
-        y1[2 * j + 1] = static_cast<uint8_t>((S[3] + M.yRound) >> 16);
-        const int32_t sS = S[0] + S[1] + S[2] + S[3];
-        const int32_t sB = int32_t(B[0][j]) + B[1][j] + B[2][j] + B[3][j];
-        const int32_t sR = int32_t(R[0][j]) + R[1][j] + R[2][j] + R[3][j];
-        u[j] = ChromaUQ<18>(((sB << 16) - sS + M.cCell) >> 16);
-        v[j] = ChromaVQ<18>(((sR << 16) - sS + M.cCell) >> 16);
+        uint32_t S[4];
+        for (int q = 0; q < 4; ++q) S[q] = LumaSum16(R[q][j], G[q][j], B[q][j]);
+        y0[2 * j] = static_cast<uint8_t>(LumaShift<M.yRound>(S[0]));
+        y0[2 * j + 1] = static_cast<uint8_t>(LumaShift<M.yRound>(S[1]));
+        y1[2 * j] = static_cast<uint8_t>(LumaShift<M.yRound>(S[2]));
+        y1[2 * j + 1] = static_cast<uint8_t>(LumaShift<M.yRound>(S[3]));
+        const int16_t yc = LumaShift<65535 - M.cCell>(S[0] + S[1] + S[2] + S[3]);
+        const int16_t sB = int16_t(B[0][j] + B[1][j] + B[2][j] + B[3][j]);
+        const int16_t sR = int16_t(R[0][j] + R[1][j] + R[2][j] + R[3][j]);
+        u[j] = ChromaU16<18>(int16_t(sB - yc));
+        v[j] = ChromaV16<18>(int16_t(sR - yc));
     }
-}
-
-// Clamp255 of t >> 16, as compares.
-inline uint8_t Clip16(int32_t t) {
-    t >>= 16;
-    return static_cast<uint8_t>(t < 0 ? 0 : (t > 255 ? 255 : t));
 }
 
 // Reverse arithmetic of N pixels held in planar arrays.
@@ -223,11 +260,10 @@ template <int N, const InvMember& M, class T>
 inline void YuvToRgbPlanar(const T* __restrict Y, const T* __restrict U, const T* __restrict V, uint8_t* __restrict R,
                            uint8_t* __restrict G, uint8_t* __restrict B) {
     for (int j = 0; j < N; ++j) {
-        const int32_t yy = int32_t(Y[j]) << 16;
-        const int16_t cu = int16_t(int16_t(U[j]) - 128), cv = int16_t(int16_t(V[j]) - 128);
-        R[j] = Clip16(yy + MulQ16<M.k.a>(cv) + M.pix.r);
-        G[j] = Clip16(yy - MulQ16<M.k.b>(cu) - MulQ16<M.k.c>(cv) + M.pix.g);
-        B[j] = Clip16(yy + MulQ16<M.k.d>(cu) + M.pix.b);
+        const int16_t y = int16_t(Y[j]), cu = int16_t(int16_t(U[j]) - 128), cv = int16_t(int16_t(V[j]) - 128);
+        R[j] = Clamp16(int16_t(y + Term16<M.k.a, M.pix.r>(cv)));
+        G[j] = Clamp16(int16_t(y + TermG16<M.k.b, M.k.c, M.pix.g>(cu, cv)));
+        B[j] = Clamp16(int16_t(y + Term16<M.k.d, M.pix.b>(cu)));
     }
 }
 
@@ -242,7 +278,7 @@ inline void YuvToRgbChunk(const uint8_t* y, const uint8_t* u, const uint8_t* v, 
     if constexpr (SP == 1) {
         YuvToRgbPlanar<kChunk, M>(y, u, v, orr, og, ob);
     } else {
-        int16_t Yv[kChunk], Uv[kChunk], Vv[kChunk];
+        uint16_t Yv[kChunk], Uv[kChunk], Vv[kChunk];
         Gather3<SP, kChunk>(y, u, v, Yv, Uv, Vv);
         YuvToRgbPlanar<kChunk, M>(Yv, Uv, Vv, orr, og, ob);
     }
@@ -258,13 +294,15 @@ inline void Yuv420ToRgbChunk(const uint8_t* __restrict y0, const uint8_t* __rest
     uint8_t Ro[2][2 * kChunkCells], Go[2][2 * kChunkCells], Bo[2][2 * kChunkCells];
     for (int j = 0; j < kChunkCells; ++j) {
         const int16_t cu = int16_t(int16_t(u[j]) - 128), cv = int16_t(int16_t(v[j]) - 128);
-        const int32_t tr = MulQ16<M.k.a>(cv) + M.pix.r;
-        const int32_t tg = M.pix.g - MulQ16<M.k.b>(cu) - MulQ16<M.k.c>(cv);
-        const int32_t tb = MulQ16<M.k.d>(cu) + M.pix.b;
+        const int16_t tr = Term16<M.k.a, M.pix.r>(cv);
+        const int16_t tg = TermG16<M.k.b, M.k.c, M.pix.g>(cu, cv);
+        const int16_t tb = Term16<M.k.d, M.pix.b>(cu);
         for (int p = 0; p < 2; ++p) {
-            const int32_t ya = int32_t(y0[2 * j + p]) << 16, yb = int32_t(y1[2 * j + p]) << 16;
-            Ro[0][2 * j + p] = Clip16(ya + tr), Go[0][2 * j + p] = Clip16(ya + tg), Bo[0][2 * j + p] = Clip16(ya + tb);
-            Ro[1][2 * j + p] = Clip16(yb + tr), Go[1][2 * j + p] = Clip16(yb + tg), Bo[1][2 * j + p] = Clip16(yb + tb);
+            const int16_t ya = y0[2 * j + p], yb = y1[2 * j + p];
+            Ro[0][2 * j + p] = Clamp16(int16_t(ya + tr)), Go[0][2 * j + p] = Clamp16(int16_t(ya + tg));
+            Bo[0][2 * j + p] = Clamp16(int16_t(ya + tb));
+            Ro[1][2 * j + p] = Clamp16(int16_t(yb + tr)), Go[1][2 * j + p] = Clamp16(int16_t(yb + tg));
+            Bo[1][2 * j + p] = Clamp16(int16_t(yb + tb));
         }
     }
     for (int row = 0; row < 2; ++row)
