@@ -310,6 +310,113 @@ inline void Yuv420ToRgbChunk(const uint8_t* __restrict y0, const uint8_t* __rest
                                                          Ro[row], Go[row], Bo[row], alpha);
 }
 
+// Four byte channels of packed 4:2:2 pairs (Y0 U Y1 V, four bytes a pair)
+// into 16-bit arrays: the words of the even and the odd pairs of a group of 8
+// fill two vectors, joined per channel as the low and high halves of 32-bit
+// lanes. Every word lies inside its own pair.
+template <int N>
+inline void GatherPairs(const uint8_t* p, uint16_t* __restrict y0, uint16_t* __restrict c0,
+                        uint16_t* __restrict y1, uint16_t* __restrict c1) {
+    static_assert(N % 8 == 0, "groups of 8");
+    for (int k = 0; k < N; k += 8, p += 32) {
+        const V4u ev = {Load4(p), Load4(p + 8), Load4(p + 16), Load4(p + 24)};
+        const V4u od = {Load4(p + 4), Load4(p + 12), Load4(p + 20), Load4(p + 28)};
+        uint16_t* const out[4] = {y0, c0, y1, c1};
+        for (int c = 0; c < 4; ++c) {
+            const V8s x = V8s(((ev >> (8 * c)) & 255) | ((od >> (8 * c)) & 255) << 16);
+            *reinterpret_cast<V8sUnaligned*>(out[c] + k) = x;
+        }
+    }
+}
+
+// Packed 4:2:2 pairs from four byte arrays, one 32-bit word a pair (see
+// Scatter3 for the lanes).
+template <int N>
+inline void ScatterPairs(uint8_t* p, const uint8_t* __restrict y0, const uint8_t* __restrict c0,
+                         const uint8_t* __restrict y1, const uint8_t* __restrict c1) {
+    static_assert(N % 16 == 0, "groups of 16");
+    for (int k = 0; k < N; k += 16) {
+        const V4u x0 = *reinterpret_cast<const V4uUnaligned*>(y0 + k);
+        const V4u x1 = *reinterpret_cast<const V4uUnaligned*>(c0 + k);
+        const V4u x2 = *reinterpret_cast<const V4uUnaligned*>(y1 + k);
+        const V4u x3 = *reinterpret_cast<const V4uUnaligned*>(c1 + k);
+        uint32_t W[4][4];  // [t][i]: the word of pair 4i + t
+        for (int t = 0; t < 4; ++t) {
+            const V4u w = ((x0 >> (8 * t)) & 255) | ((x1 >> (8 * t)) & 255) << 8 | ((x2 >> (8 * t)) & 255) << 16 |
+                          ((x3 >> (8 * t)) & 255) << 24;
+            __builtin_memcpy(W[t], &w, 16);
+        }
+        for (int j = 0; j < 16; ++j) __builtin_memcpy(p + 4 * (k + j), &W[j & 3][j >> 2], 4);
+    }
+}
+
+// One 4:2:2 chunk of kChunkCells pairs. Y stride YP, U and V stride CP per
+// pair; planar (1, 1) or packed (2, 4: Y0 U Y1 V).
+template <int SP, int YP, int CP, const FwdMember& M>
+inline void RgbToYuv422Chunk(const uint8_t* r, const uint8_t* g, const uint8_t* b, uint8_t* __restrict y,
+                             uint8_t* __restrict u, uint8_t* __restrict v) {
+    constexpr int N = kChunkCells;
+    uint16_t R[2][N], G[2][N], B[2][N];
+    for (int q = 0; q < 2; ++q) Gather3<2 * SP, N>(r + q * SP, g + q * SP, b + q * SP, R[q], G[q], B[q]);
+    constexpr bool planar = YP == 1 && CP == 1;
+    uint8_t Ye[N], Yo[N], U[N], V[N];
+    for (int j = 0; j < N; ++j) {
+        const uint32_t S0 = LumaSum16(R[0][j], G[0][j], B[0][j]), S1 = LumaSum16(R[1][j], G[1][j], B[1][j]);
+        const int16_t yc = LumaShift<65535 - M.cCell>(S0 + S1);
+        const uint8_t ye = static_cast<uint8_t>(LumaShift<M.yRound>(S0));
+        const uint8_t yo = static_cast<uint8_t>(LumaShift<M.yRound>(S1));
+        const uint8_t cu = ChromaU16<17>(int16_t(B[0][j] + B[1][j] - yc));
+        const uint8_t cv = ChromaV16<17>(int16_t(R[0][j] + R[1][j] - yc));
+        if constexpr (planar) {
+            y[2 * j] = ye, y[2 * j + 1] = yo, u[j] = cu, v[j] = cv;
+        } else {
+            Ye[j] = ye, Yo[j] = yo, U[j] = cu, V[j] = cv;
+        }
+    }
+    if constexpr (!planar) {
+        if (YP == 2 && CP == 4 && u == y + 1 && v == y + 3) {
+            ScatterPairs<N>(y, Ye, U, Yo, V);
+        } else {
+            for (int j = 0; j < N; ++j)
+                y[2 * j * YP] = Ye[j], y[(2 * j + 1) * YP] = Yo[j], u[j * CP] = U[j], v[j * CP] = V[j];
+        }
+    }
+}
+
+// One reverse 4:2:2 chunk of kChunkCells pairs; output arrays hold the pixels
+// in order.
+template <int YP, int CP, int DP, const InvMember& M, Alpha A>
+inline void Yuv422ToRgbChunk(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* r, uint8_t* g,
+                             uint8_t* b, uint8_t* a, uint8_t alpha) {
+    constexpr int N = kChunkCells;
+    uint16_t Ye[N], Yo[N], U[N], V[N];
+    if (YP == 2 && CP == 4 && u == y + 1 && v == y + 3) {
+        GatherPairs<N>(y, Ye, U, Yo, V);
+    } else {
+        for (int j = 0; j < N; ++j) Ye[j] = y[2 * j * YP], Yo[j] = y[(2 * j + 1) * YP], U[j] = u[j * CP], V[j] = v[j * CP];
+    }
+    uint8_t Ro[2 * N], Go[2 * N], Bo[2 * N];
+    uint8_t *orr = Ro, *og = Go, *ob = Bo;
+    if constexpr (DP == 1) orr = r, og = g, ob = b;
+    {
+        uint8_t* __restrict pr = orr;
+        uint8_t* __restrict pg = og;
+        uint8_t* __restrict pb = ob;
+        for (int j = 0; j < N; ++j) {
+            const int16_t cu = int16_t(int16_t(U[j]) - 128), cv = int16_t(int16_t(V[j]) - 128);
+            const int16_t tr = Term16<M.k.a, M.pix.r>(cv);
+            const int16_t tg = TermG16<M.k.b, M.k.c, M.pix.g>(cu, cv);
+            const int16_t tb = Term16<M.k.d, M.pix.b>(cu);
+            const int16_t ye = int16_t(Ye[j]), yo = int16_t(Yo[j]);
+            pr[2 * j] = Clamp16(int16_t(ye + tr)), pg[2 * j] = Clamp16(int16_t(ye + tg));
+            pb[2 * j] = Clamp16(int16_t(ye + tb));
+            pr[2 * j + 1] = Clamp16(int16_t(yo + tr)), pg[2 * j + 1] = Clamp16(int16_t(yo + tg));
+            pb[2 * j + 1] = Clamp16(int16_t(yo + tb));
+        }
+    }
+    if constexpr (DP != 1) Scatter3<DP, 2 * N, A == Alpha::Value>(r, g, b, a, Ro, Go, Bo, alpha);
+}
+
 // Full resolution. s: R, G, B (stride SP), s[3] alpha source when copied;
 // d: Y, U, V (stride DP), d[3] the alpha plane when CopyAlpha.
 template <int SP, int DP, const FwdMember& M, bool CopyAlpha>
@@ -347,7 +454,11 @@ void RgbToYuv422Row(const Rows& rw, int w, uint8_t) {
     uint8_t* __restrict u = rw.d[1];
     uint8_t* __restrict v = rw.d[2];
     const int pairs = w >> 1;
-    for (int i = 0; i < pairs; ++i) {
+    int i = 0;
+    for (; i + kChunkCells <= pairs; i += kChunkCells)
+        RgbToYuv422Chunk<SP, YP, CP, M>(r + 2 * i * SP, g + 2 * i * SP, b + 2 * i * SP, y + 2 * i * YP, u + i * CP,
+                                        v + i * CP);
+    for (; i < pairs; ++i) {
         const int p = 2 * i * SP;
         const int32_t R0 = r[p], G0 = g[p], B0 = b[p];
         const int32_t R1 = r[p + SP], G1 = g[p + SP], B1 = b[p + SP];
@@ -445,7 +556,11 @@ void Yuv422ToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     uint8_t* __restrict b = rw.d[2];
     uint8_t* __restrict a = rw.d[3];
     const int pairs = w >> 1;
-    for (int i = 0; i < pairs; ++i) {
+    int i = 0;
+    for (; i + kChunkCells <= pairs; i += kChunkCells)
+        Yuv422ToRgbChunk<YP, CP, DP, M, A>(y + 2 * i * YP, u + i * CP, v + i * CP, r + 2 * i * DP, g + 2 * i * DP,
+                                           b + 2 * i * DP, A == Alpha::Value ? a + 2 * i * DP : a, alpha);
+    for (; i < pairs; ++i) {
         const int32_t U = u[i * CP], V = v[i * CP];
         const int o0 = 2 * i * DP, o1 = o0 + DP;
         YuvToRgbPixel(M.k, y[2 * i * YP], U, V, M.pix, r + o0, g + o0, b + o0);
