@@ -34,11 +34,12 @@ inline uint8_t ChromaV(int32_t sR, int32_t sS, int32_t c) {
 }
 
 // ---- chunked forms -------------------------------------------------------------
-// Rows are converted in chunks of kChunk pixels (4:2:0: kChunkCells cells):
-// the channels are gathered into small planar arrays, converted there by
-// loops the compiler vectorises, and scattered out; the rest of a row takes the
-// per-pixel loop. Every intermediate is the same 32-bit value as in the
-// per-pixel form, so the bytes are identical.
+// Rows are converted in chunks of kChunk pixels (4:2:2 and 4:2:0: kChunkCells
+// pairs or cells): the channels are gathered into small planar arrays,
+// converted there by loops the compiler vectorises, and scattered out; the rest
+// of a row, odd last columns included, takes the per-pixel loop. The chunk
+// arithmetic below is an exact rewrite of the per-pixel form, so the bytes are
+// identical.
 inline constexpr int kChunk = 64, kChunkCells = 32;
 
 // ---- chunk arithmetic in 16-bit lanes ----------------------------------------
