@@ -1,31 +1,19 @@
 // DemosaicAHD throughput: a 1920 x 1080 mosaic of random samples, whole image,
 // RGGB, one thread, work buffer of 30 lines. Figures in megapixels per second.
-#include <benchmark/benchmark.h>
-
-#include <cstdint>
 #include <vector>
 
+#include "bench_util.h"
 #include "zilcc.h"
 
 namespace {
 
-constexpr int kW = 1920, kH = 1080;
+using zilbench::kH;
+using zilbench::kW;
 constexpr int kLine = kW + 6;  // samples per work line for an even width
-
-template <class T>
-std::vector<T> Mosaic() {
-    std::vector<T> p(size_t(kW) * kH);
-    uint32_t s = 2024;
-    for (auto& v : p) {
-        s ^= s << 13, s ^= s >> 17, s ^= s << 5;
-        v = T(s >> (sizeof(T) == 1 ? 24 : 16));
-    }
-    return p;
-}
 
 template <class T, class F>
 void Run(benchmark::State& state, F fn) {
-    const std::vector<T> src = Mosaic<T>();
+    const std::vector<T> src = zilbench::Mosaic<T>(2024);
     std::vector<T> dst(size_t(3) * kW * kH), buf(size_t(30) * kLine);
     for (auto _ : state) {
         const ZilStatus st = fn(src.data(), ZilRect{0, 0, kW, kH}, ZilSize{kW, kH}, int(kW * sizeof(T)), dst.data(),
@@ -34,8 +22,7 @@ void Run(benchmark::State& state, F fn) {
         benchmark::DoNotOptimize(dst.data());
         benchmark::ClobberMemory();
     }
-    state.counters["Mpix/s"] =
-        benchmark::Counter(double(kW) * kH * double(state.iterations()) / 1e6, benchmark::Counter::kIsRate);
+    zilbench::CountMpix(state);
 }
 
 void BM_DemosaicAHD_8u(benchmark::State& state) { Run<uint8_t>(state, ziliDemosaicAHD_8u_C1C3R); }

@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "bench_util.h"
 #include "zilcc.h"
 
 namespace {
 
-constexpr int kW = 1920, kH = 1080;
+using zilbench::kH;
+using zilbench::kW;
 
 template <int C>
 void BM_ReduceBits8u(benchmark::State& state) {
@@ -32,7 +34,7 @@ void BM_ReduceBits8u(benchmark::State& state) {
         benchmark::DoNotOptimize(st);
         benchmark::ClobberMemory();
     }
-    state.counters["Mpix/s"] = benchmark::Counter(double(kW) * kH / 1e6, benchmark::Counter::kIsIterationInvariantRate);
+    zilbench::CountMpix(state);
 }
 
 void Args(benchmark::internal::Benchmark* b) {
@@ -57,7 +59,7 @@ void BM_ReduceBits8u1u(benchmark::State& state) {
                                                           dither, 128, buf.data()));
         benchmark::ClobberMemory();
     }
-    state.counters["Mpix/s"] = benchmark::Counter(double(kW) * kH / 1e6, benchmark::Counter::kIsIterationInvariantRate);
+    zilbench::CountMpix(state);
 }
 BENCHMARK(BM_ReduceBits8u1u)->Arg(0)->Arg(3)->Unit(benchmark::kMillisecond);
 

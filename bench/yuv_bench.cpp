@@ -1,11 +1,10 @@
 // RGB <-> YUV throughput at 1920x1080, one thread, beside a memcpy of the same
 // bytes. When the optional peer library for planar YUV is installed
 // (ZIL_HAVE_PEER_YUV), its nearest conversions run side by side.
-#include <benchmark/benchmark.h>
-
 #include <cstring>
 #include <vector>
 
+#include "bench_util.h"
 #include "zilcc.h"
 
 #ifdef ZIL_HAVE_PEER_YUV
@@ -15,7 +14,8 @@
 
 namespace {
 
-constexpr int kW = 1920, kH = 1080;
+using zilbench::kH;
+using zilbench::kW;
 
 struct Frame {
     std::vector<uint8_t> rgb = std::vector<uint8_t>(size_t(kW) * kH * 4);
@@ -29,17 +29,13 @@ struct Frame {
     }
 };
 
-void Count(benchmark::State& st) {
-    st.counters["Mpix/s"] = benchmark::Counter(double(kW) * kH / 1e6, benchmark::Counter::kIsIterationInvariantRate);
-}
-
 void BM_memcpy_C3(benchmark::State& st) {  // the bytes of one C3 frame
     Frame f;
     for (auto _ : st) {
         std::memcpy(f.y.data(), f.rgb.data(), size_t(kW) * kH * 3);
         benchmark::ClobberMemory();
     }
-    Count(st);
+    zilbench::CountMpix(st);
     st.SetBytesProcessed(int64_t(st.iterations()) * kW * kH * 3);
 }
 
@@ -48,7 +44,7 @@ void BM_RGBToYUV420_8u_C3P3R(benchmark::State& st) {
     uint8_t* dst[3] = {f.y.data(), f.u.data(), f.v.data()};
     const int ds[3] = {kW, kW / 2, kW / 2};
     for (auto _ : st) benchmark::DoNotOptimize(ziliRGBToYUV420_8u_C3P3R(f.rgb.data(), 3 * kW, dst, ds, {kW, kH}));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 
 void BM_YUV420ToRGB_8u_P3C3R(benchmark::State& st) {
@@ -56,33 +52,33 @@ void BM_YUV420ToRGB_8u_P3C3R(benchmark::State& st) {
     const uint8_t* src[3] = {f.y.data(), f.u.data(), f.v.data()};
     const int ss[3] = {kW, kW / 2, kW / 2};
     for (auto _ : st) benchmark::DoNotOptimize(ziliYUV420ToRGB_8u_P3C3R(src, ss, f.rgb.data(), 3 * kW, {kW, kH}));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 
 void BM_RGBToYUV_8u_C3R(benchmark::State& st) {
     Frame f;
     for (auto _ : st) benchmark::DoNotOptimize(ziliRGBToYUV_8u_C3R(f.rgb.data(), 3 * kW, f.y.data(), 3 * kW, {kW, kH}));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 
 void BM_YUVToRGB_8u_C3R(benchmark::State& st) {
     Frame f;
     for (auto _ : st) benchmark::DoNotOptimize(ziliYUVToRGB_8u_C3R(f.y.data(), 3 * kW, f.rgb.data(), 3 * kW, {kW, kH}));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 
 void BM_RGBToYUV422_8u_C3C2R(benchmark::State& st) {
     Frame f;
     for (auto _ : st)
         benchmark::DoNotOptimize(ziliRGBToYUV422_8u_C3C2R(f.rgb.data(), 3 * kW, f.y.data(), 2 * kW, {kW, kH}));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 
 void BM_YUV422ToRGB_8u_P3C3(benchmark::State& st) {
     Frame f;
     const uint8_t* src[3] = {f.y.data(), f.u.data(), f.v.data()};
     for (auto _ : st) benchmark::DoNotOptimize(ziliYUV422ToRGB_8u_P3C3(src, f.rgb.data(), {kW, kH}));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 
 BENCHMARK(BM_memcpy_C3);
@@ -99,14 +95,14 @@ void BM_peer_RAWToI420(benchmark::State& st) {
     for (auto _ : st)
         benchmark::DoNotOptimize(libyuv::RAWToI420(f.rgb.data(), 3 * kW, f.y.data(), kW, f.u.data(), kW / 2,
                                                    f.v.data(), kW / 2, kW, kH));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 void BM_peer_I420ToRAW(benchmark::State& st) {
     Frame f;
     for (auto _ : st)
         benchmark::DoNotOptimize(libyuv::I420ToRAW(f.y.data(), kW, f.u.data(), kW / 2, f.v.data(), kW / 2,
                                                    f.rgb.data(), 3 * kW, kW, kH));
-    Count(st);
+    zilbench::CountMpix(st);
 }
 BENCHMARK(BM_peer_RAWToI420);
 BENCHMARK(BM_peer_I420ToRAW);

@@ -2,18 +2,7 @@
 # group of checks. The optional families are those the export list holds.
 if(TARGET zilcc)
   find_program(ZIL_BASH bash)
-  file(STRINGS ${ZIL_EXPORTS_FILE} zil_cli_exports)
-  set(zil_cli_families "")
-  foreach(probe IN ITEMS "cfa:ziliCFAToRGB_8u_C1C3R" "ahd:ziliDemosaicAHD_8u_C1C3R" "reduce:ziliReduceBits_8u_C1R"
-                         "reduce1u:ziliReduceBits_8u1u_C1R")
-    string(REPLACE ":" ";" probe "${probe}")
-    list(GET probe 0 family)
-    list(GET probe 1 name)
-    list(FIND zil_cli_exports "${name}" found)
-    if(found GREATER -1)
-      list(APPEND zil_cli_families ${family})
-    endif()
-  endforeach()
+  set(zil_cli_families ${ZIL_FAMILIES})
   string(REPLACE ";" " " zil_cli_families "${zil_cli_families}")
   foreach(group IN ITEMS basics convert demosaic dither bad_input demo)
     add_test(NAME cli_${group}

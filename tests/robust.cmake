@@ -5,17 +5,7 @@ option(ZIL_FUZZ "Build the libFuzzer target zilcc_fuzz (clang only)" OFF)
 option(ZIL_TSAN "Build the library and the concurrency test with -fsanitize=thread" OFF)
 
 # The fuzz target drives only the families whose names are in the export list.
-file(STRINGS ${ZIL_EXPORTS_FILE} zil_robust_names REGEX "^zili")
-set(ZIL_ROBUST_DEFS "")
-if("ziliCFAToRGB_8u_C1C3R" IN_LIST zil_robust_names)
-  list(APPEND ZIL_ROBUST_DEFS ZIL_HAVE_CFA=1)
-endif()
-if("ziliDemosaicAHD_8u_C1C3R" IN_LIST zil_robust_names)
-  list(APPEND ZIL_ROBUST_DEFS ZIL_HAVE_AHD=1)
-endif()
-if("ziliReduceBits_8u_C1R" IN_LIST zil_robust_names)
-  list(APPEND ZIL_ROBUST_DEFS ZIL_HAVE_REDUCE=1)
-endif()
+set(ZIL_ROBUST_DEFS ${ZIL_FAMILY_DEFS})
 
 set(ZIL_FUZZ_DIR ${CMAKE_CURRENT_SOURCE_DIR}/fuzz)
 add_library(zilcc_fuzz_harness STATIC ${ZIL_FUZZ_DIR}/harness.cpp)
