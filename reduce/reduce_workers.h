@@ -128,30 +128,45 @@ inline float* DiffusionSetup(uint8_t* buffer, uint32_t noise, const Scales& k, N
     }
 }
 
-// Channels one after another, rows top down. The rows are cleared once per
-// call and keep rotating across channels, so the first row of a channel takes
-// in the errors of the last rows of the channel before.
+// What both diffusions share: the walk, the scales, the noise tables, the
+// base tables and the error rows (rowFloats of them, cleared once per call).
+template <const Pair& P, bool Noise>
+struct Diffusion {
+    Walk wk;
+    Scales k;
+    NoiseTab nz{};
+    BaseTabs tabs;
+    float* E;
+    Diffusion(uint8_t* buffer, uint32_t levelsMax, uint32_t noise, int32_t code, int rowFloats)
+        : wk(WalkOf(code)), k(MakeScales<P>(levelsMax)) {
+        E = DiffusionSetup<P, Noise>(buffer, noise, k, nz);
+        if constexpr (kBaseTables<P>) BuildBaseTabs(tabs, levelsMax, k.step);
+        for (int i = 0; i < rowFloats; ++i) E[i] = 0.0f;
+    }
+    // Channels one after another, rows top down; row(s, d, y) does one row of
+    // one channel and rotates the error rows. The rows keep rotating across
+    // channels, so the first row of a channel takes in the errors of the last
+    // rows of the channel before.
+    template <class Row>
+    void Run(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, int height, Row&& row) const {
+        const ptrdiff_t ss = Bytes<SrcT<P>>(srcStep), ds = Bytes<DstT<P>>(dstStep);
+        for (int c = 0; c < wk.channels; ++c)
+            for (int y = 0; y < height; ++y)
+                row(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, y);
+    }
+};
+
 template <const Pair& P, bool Noise, FsKernel<P> K>
 ZilStatus OwnFs(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilSize roi, uint32_t levelsMax,
                 uint32_t noise, int32_t code, uint8_t* buffer) {
     if (buffer == nullptr) return zilStatusNullPointer;
-    const Walk wk = WalkOf(code);
-    const Scales k = MakeScales<P>(levelsMax);
-    NoiseTab nz{};
-    float* E = DiffusionSetup<P, Noise>(buffer, noise, k, nz);
-    BaseTabs tabs;
-    if constexpr (kBaseTables<P>) BuildBaseTabs(tabs, levelsMax, k.step);
     const int w = roi.width;
-    for (int i = 0; i < 2 * w + 4; ++i) E[i] = 0.0f;
-    FsRows r{E + 1, E + w + 3};
-    const ptrdiff_t ss = Bytes<SrcT<P>>(srcStep), ds = Bytes<DstT<P>>(dstStep);
-    for (int c = 0; c < wk.channels; ++c) {
-        for (int y = 0; y < roi.height; ++y) {
-            K(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, r, w, wk.stride, k, &tabs, nz,
-              y);
-            r = FsRows{r.cur, const_cast<float*>(r.prev)};
-        }
-    }
+    const Diffusion<P, Noise> df(buffer, levelsMax, noise, code, 2 * w + 4);
+    FsRows r{df.E + 1, df.E + w + 3};
+    df.Run(src, srcStep, dst, dstStep, roi.height, [&](const SrcT<P>* s, DstT<P>* d, int y) {
+        K(s, d, r, w, df.wk.stride, df.k, &df.tabs, df.nz, y);
+        r = FsRows{r.cur, const_cast<float*>(r.prev)};
+    });
     return zilStatusOk;
 }
 
@@ -159,26 +174,16 @@ template <const Pair& P, bool Noise, StKernel<P> K>
 ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilSize roi, uint32_t levelsMax,
                 uint32_t noise, int32_t code, int32_t dither, uint8_t* buffer) {
     if (buffer == nullptr) return zilStatusNullPointer;
-    const Walk wk = WalkOf(code);
-    const Scales k = MakeScales<P>(levelsMax);
-    NoiseTab nz{};
-    float* E = DiffusionSetup<P, Noise>(buffer, noise, k, nz);
-    BaseTabs tabs;
-    if constexpr (kBaseTables<P>) BuildBaseTabs(tabs, levelsMax, k.step);
     const int w = roi.width;
-    for (int i = 0; i < 3 * w + 12; ++i) E[i] = 0.0f;
-    float* p2 = E + 2;
-    float* p1 = E + w + 6;
-    float* cur = E + 2 * w + 10;
-    const ptrdiff_t ss = Bytes<SrcT<P>>(srcStep), ds = Bytes<DstT<P>>(dstStep);
-    for (int c = 0; c < wk.channels; ++c) {
-        for (int y = 0; y < roi.height; ++y) {
-            K(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, StRows{p2, p1, cur}, w,
-              wk.stride, k, &tabs, dither, nz, y);
-            float* old = p2;
-            p2 = p1, p1 = cur, cur = old;
-        }
-    }
+    const Diffusion<P, Noise> df(buffer, levelsMax, noise, code, 3 * w + 12);
+    float* p2 = df.E + 2;
+    float* p1 = df.E + w + 6;
+    float* cur = df.E + 2 * w + 10;
+    df.Run(src, srcStep, dst, dstStep, roi.height, [&](const SrcT<P>* s, DstT<P>* d, int y) {
+        K(s, d, StRows{p2, p1, cur}, w, df.wk.stride, df.k, &df.tabs, dither, df.nz, y);
+        float* old = p2;
+        p2 = p1, p1 = cur, cur = old;
+    });
     return zilStatusOk;
 }
 
