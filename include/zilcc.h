@@ -336,6 +336,27 @@ ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst,
     ZilSize roiSize, int reserved1, int reserved2, ZilDither dither, uint8_t threshold, uint8_t* buffer);
 /* (end of ReduceBits)                                                       */
 
+/* ---- Gamma ---------------------------------------------------------- */
+/* (end of Gamma) */
+
+/* ---- Colour twist and tone mapping ---------------------------------------------------------- */
+/* (end of Colour twist and tone mapping) */
+
+/* ---- Full-resolution YCbCr and gray ---------------------------------------------------------- */
+/* (end of Full-resolution YCbCr and gray) */
+
+/* ---- Subsampled YCbCr and BT.709 ---------------------------------------------------------- */
+/* (end of Subsampled YCbCr and BT.709) */
+
+/* ---- Chroma reformatting, filters and interlace ---------------------------------------------------------- */
+/* (end of Chroma reformatting, filters and interlace) */
+
+/* ---- XYZ, LUV, Lab and YCC ---------------------------------------------------------- */
+/* (end of XYZ, LUV, Lab and YCC) */
+
+/* ---- HLS, HSV and YCoCg ---------------------------------------------------------- */
+/* (end of HLS, HSV and YCoCg) */
+
 #ifdef __cplusplus
 }
 #endif

@@ -227,6 +227,27 @@ inline constexpr Row kRows[] = {
     ZROW(ziliReduceBits_8u1u_C1R, "sSdDozxxthb", One(1), One(1, XBits, YH), kQueryWork, ClipNone, QueryReduce1u),
     ZROW(ziliReduceBitsGetBufferSize, "czntp", kNone, kResultCell, kNone),
 #endif
+
+    // Gamma
+    // (end of Gamma)
+
+    // Colour twist and tone mapping
+    // (end of Colour twist and tone mapping)
+
+    // Full-resolution YCbCr and gray
+    // (end of Full-resolution YCbCr and gray)
+
+    // Subsampled YCbCr and BT.709
+    // (end of Subsampled YCbCr and BT.709)
+
+    // Chroma reformatting, filters and interlace
+    // (end of Chroma reformatting, filters and interlace)
+
+    // XYZ, LUV, Lab and YCC
+    // (end of XYZ, LUV, Lab and YCC)
+
+    // HLS, HSV and YCoCg
+    // (end of HLS, HSV and YCoCg)
 };
 
 constexpr size_t kRowCount = sizeof kRows / sizeof kRows[0];
