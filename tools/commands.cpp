@@ -8,6 +8,7 @@
 #include "image_io.hpp"
 #include "ops.hpp"
 #include "progress.hpp"
+#include "registry.hpp"
 
 namespace zt {
 namespace {
@@ -31,6 +32,7 @@ const char kDemosaicHelp[] =
 const char kConvertHelp[] =
     "usage: zilcc convert IN OUT --to FORMAT\n"
     "       zilcc convert IN OUT --from FORMAT --size WxH\n"
+    "       zilcc convert IN OUT --to SPACE | --from SPACE\n"
     "\n"
     "Converts 8-bit RGB to raw YUV (--to) or raw YUV to RGB (--from), with the\n"
     "library's analog YUV (Y = 0.299 R + 0.587 G + 0.114 B on 0..255).\n"
@@ -47,6 +49,22 @@ const char kConvertHelp[] =
     "  uyvy     4:2:2 packed, bytes U Y0 V Y1, 2w bytes a row\n"
     "  yuv422p  4:2:2, three planes, chroma (w+1)/2 x h\n"
     "  yuv444p  4:4:4, three planes of w x h\n";
+
+// The colour spaces that families register, image file to image file.
+std::string ConvertHelp() {
+    std::string h = kConvertHelp;
+    const std::vector<SpaceDef> spaces = Spaces();
+    if (spaces.empty()) return h;
+    h += "\nSPACE (image file to image file: IN and OUT are .png/.pnm/.pfm; the space's\n"
+         "channels are stored as the library stores them):\n";
+    for (const SpaceDef& s : spaces) {
+        std::string name = "  " + std::string(s.name);
+        name.resize(11, ' ');
+        h += name + s.help + "\n";
+    }
+    return h;
+}
+
 
 const char kDitherHelp[] =
     "usage: zilcc dither IN OUT --levels N --method none|fs|jjn|stucki|bayer [--noise P]\n"
@@ -102,6 +120,16 @@ Image ReadInput(const std::string& path) {
     return img;
 }
 
+// convert --to/--from a registered colour space.
+int ConvertSpace(const SpaceDef& space, bool toSpace, const std::string& in, const std::string& out) {
+    const Image src = ReadInput(in);
+    Progress progress("convert", src.height);
+    const Image dst = toSpace ? space.toSpace(src, &progress) : space.fromSpace(src, &progress);
+    progress.Finish();
+    WriteImage(out, dst, 6, true);
+    return 0;
+}
+
 const std::vector<std::string> kPatterns = {"bggr", "rggb", "gbrg", "grbg"};  // in ZilBayerGrid order
 
 }  // namespace
@@ -141,13 +169,19 @@ int RunDemosaic(int argc, char** argv, int first) {
 
 int RunConvert(int argc, char** argv, int first) {
     const Args a = ParseArgs("convert", argc, argv, first, {{"to", true}, {"from", true}, {"size", true}, {"band-rows", true}});
-    if (Help(a, kConvertHelp)) return 0;
+    if (Help(a, ConvertHelp().c_str())) return 0;
     RequirePositional(a, {"IN", "OUT"});
     if (a.Has("to") == a.Has("from"))
         throw UsageError(a.Has("to") ? "give --to or --from, not both" : "missing option --to or --from (see zilcc convert --help)");
     std::vector<std::string> names;
     for (const auto& f : YuvFormats()) names.push_back(f.name);
+    for (const SpaceDef& sp : Spaces()) names.push_back(sp.name);
     const bool toYuv = a.Has("to");
+    if (const SpaceDef* space = FindSpace(a.Get(toYuv ? "to" : "from"))) {
+        for (const char* o : {"size", "band-rows"})
+            if (a.Has(o)) throw UsageError(std::string("--") + o + " is for raw YUV files, not for --" + (toYuv ? "to " : "from ") + space->name);
+        return ConvertSpace(*space, toYuv, a.positional[0], a.positional[1]);
+    }
     const YuvFormat fmt = YuvFormats()[size_t(ParseChoice(toYuv ? "to" : "from", a.Get(toYuv ? "to" : "from"), names))].format;
     const int bandRows = BandRowsOption(a);
     const std::string& in = a.positional[0];

@@ -36,7 +36,7 @@ ZilStatus CheckStatus(ZilStatus s, const char* fn, const std::string& context) {
 
 void Image::Allocate(int w, int h, int ch, int bits) {
     if (w < 1 || h < 1) throw DataError("image size " + SizeText(w, h) + " is empty");
-    const uint64_t row = uint64_t(w) * uint64_t(ch) * (bits == 16 ? 2u : 1u);
+    const uint64_t row = uint64_t(w) * uint64_t(ch) * (bits == 32 ? 4u : bits == 16 ? 2u : 1u);
     if (row > 0x7fffffffu) throw DataError("image rows of " + std::to_string(w) + " pixels are too wide");
     const uint64_t total = row * uint64_t(h);
     // A header can claim any extent; refuse what could not fit in memory rather

@@ -28,8 +28,8 @@ std::string StatusName(ZilStatus s);
 // Warnings (positive) are returned to the caller to decide on.
 ZilStatus CheckStatus(ZilStatus s, const char* fn, const std::string& context = "");
 
-// A dense image of 1 or 3 channels, 8 or 16 bits a sample (16-bit samples in
-// the machine's byte order).
+// A dense image of 1 or 3 channels, 8 or 16 bits a sample, or 32-bit floats
+// (depth 32), in the machine's byte order.
 struct Image {
     int width = 0;
     int height = 0;
@@ -37,13 +37,15 @@ struct Image {
     int depth = 8;
     std::vector<uint8_t> data;
 
-    size_t SampleBytes() const { return depth == 16 ? 2 : 1; }
+    size_t SampleBytes() const { return depth == 32 ? 4 : depth == 16 ? 2 : 1; }
     size_t RowBytes() const { return size_t(width) * size_t(channels) * SampleBytes(); }
     int Step() const { return int(RowBytes()); }
     uint8_t* Row(int y) { return data.data() + size_t(y) * RowBytes(); }
     const uint8_t* Row(int y) const { return data.data() + size_t(y) * RowBytes(); }
     uint16_t* Row16(int y) { return reinterpret_cast<uint16_t*>(Row(y)); }
     const uint16_t* Row16(int y) const { return reinterpret_cast<const uint16_t*>(Row(y)); }
+    float* RowF(int y) { return reinterpret_cast<float*>(Row(y)); }
+    const float* RowF(int y) const { return reinterpret_cast<const float*>(Row(y)); }
 
     // Allocates zeroed samples; throws DataError when the extent is absurd or a
     // row would not fit a 32-bit step.

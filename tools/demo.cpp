@@ -16,6 +16,7 @@
 #include "common.hpp"
 #include "image_io.hpp"
 #include "ops.hpp"
+#include "registry.hpp"
 #include "scene.hpp"
 
 namespace zt {
@@ -38,22 +39,11 @@ const char kDemoHelp[] =
 
 constexpr int kNoise = 25;  // percent, for the dithers "with noise"
 
-struct Figure {
-    std::string file, title, caption;
-};
+using Figure = DemoFigure;
+using Section = DemoSection;
 
-struct Section {
-    std::string title, intro;
-    std::vector<Figure> figures;
-};
-
-std::string Fmt(const char* f, double v) {
-    char b[64];
-    std::snprintf(b, sizeof b, f, v);
-    return b;
-}
-
-std::string Db(double v) { return std::isinf(v) ? "exact" : Fmt("%.2f", v); }
+std::string Fmt(const char* f, double v) { return DemoFmt(f, v); }
+std::string Db(double v) { return DemoDb(v); }
 
 std::string Html(const std::string& s) {
     std::string o;
@@ -81,18 +71,7 @@ void MakeDirs(const std::string& dir) {
 }
 
 // Runs f once, and again while it stays quick, and returns its best time in ms.
-template <class F>
-double BestMs(F&& f) {
-    double best = 1e300, total = 0;
-    for (int i = 0; i < 5 && total < 60.0; ++i) {
-        const auto t0 = std::chrono::steady_clock::now();
-        f();
-        const double ms = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
-        best = std::min(best, ms);
-        total += ms;
-    }
-    return best;
-}
+double BestMs(const std::function<void()>& f) { return DemoBestMs(f); }
 
 // A close-up enlarged 4 times by repeating pixels, as 8-bit.
 Image Zoom(const Image& src, Crop c, int factor = 4) {
@@ -121,6 +100,7 @@ private:
     void Demosaicing();
     void Yuv();
     void Reduction();
+    void Registered();  // the sections families add from their own files
     void WriteIndex();
 
     std::string dir_;
@@ -288,6 +268,18 @@ void Demo::Reduction() {
     sections_.push_back(std::move(s));
 }
 
+void Demo::Registered() {
+    DemoKit kit{w_, h_, mp_, scene8_, scene16_, summary_,
+                [this](const std::string& name, const Image& img) { return Write(name, img); },
+                [this](const std::string& name, const std::vector<uint8_t>& bytes) {
+                    WriteBytes(dir_ + "/" + name, bytes);
+                    ++files_;
+                    return name;
+                },
+                [this](DemoSection&& s) { sections_.push_back(std::move(s)); }};
+    for (const DemoDef& d : DemoSections()) d.run(kit);
+}
+
 void Demo::WriteIndex() {
     const ZilLibVersion* v = zilccGetLibVersion();
     std::ostringstream h;
@@ -321,6 +313,7 @@ int Demo::Run() {
     Demosaicing();
     Yuv();
     Reduction();
+    Registered();
     WriteIndex();
     const double secs = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
     std::printf("zilcc demo: %s scene, %d files in %s/ (%.1f s); open %s/index.html\n\n%s", SizeText(w_, h_).c_str(),
