@@ -11,3 +11,17 @@ if(TARGET zilcc)
     set_tests_properties(cli_${group} PROPERTIES TIMEOUT 120 FAIL_REGULAR_EXPRESSION "FAIL:")
   endforeach()
 endif()
+
+# A family's own tool checks: tests/cli/<name>_cli.sh ZILCC WORKDIR, run as the
+# test cli_<name>. A script prints "FAIL: ..." for each failed check and exits
+# non-zero if any failed.
+if(TARGET zilcc)
+  file(GLOB zil_cli_scripts CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/cli/*_cli.sh)
+  foreach(script IN LISTS zil_cli_scripts)
+    get_filename_component(name ${script} NAME_WE)
+    string(REGEX REPLACE "_cli$" "" name ${name})
+    add_test(NAME cli_${name}
+      COMMAND ${ZIL_BASH} ${script} $<TARGET_FILE:zilcc> ${CMAKE_CURRENT_BINARY_DIR}/cli_work/${name})
+    set_tests_properties(cli_${name} PROPERTIES TIMEOUT 120 FAIL_REGULAR_EXPRESSION "FAIL:")
+  endforeach()
+endif()
