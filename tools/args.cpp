@@ -81,6 +81,19 @@ long long ParseInt(const std::string& option, const std::string& text) {
     return v;
 }
 
+long long ParseIntIn(const std::string& option, const std::string& text, long long lo, long long hi,
+                     const std::string& what) {
+    long long v = lo - 1;
+    try {
+        v = ParseInt(option, text);
+    } catch (const UsageError&) {
+    }
+    if (v < lo || v > hi)
+        throw UsageError("--" + option + " wants a whole number from " + std::to_string(lo) + " to " +
+                         std::to_string(hi) + what + ", not '" + text + "'");
+    return v;
+}
+
 void ParseSize(const std::string& option, const std::string& text, int* w, int* h) {
     const size_t x = text.find_first_of("xX");
     bool ok = x != std::string::npos && x > 0 && x + 1 < text.size();

@@ -108,9 +108,7 @@ bool Help(const Args& a, const char* text) {
 
 int BandRowsOption(const Args& a) {
     if (!a.Has("band-rows")) return 0;
-    const long long n = ParseInt("band-rows", a.Get("band-rows"));
-    if (n < 1) throw UsageError("--band-rows wants a number of rows above 0");
-    return int(n);
+    return int(ParseIntIn("band-rows", a.Get("band-rows"), 1, 1 << 20));
 }
 
 Image ReadInput(const std::string& path) {
@@ -241,8 +239,7 @@ int RunDither(int argc, char** argv, int first) {
         for (const char* o : {"levels", "noise", "out-bits"})
             if (a.Has(o)) throw UsageError(std::string("--") + o + " does not go with --bits 1");
         const bool stucki = ParseChoice("method", a.Get("method"), {"threshold", "stucki"}) == 1;
-        const long long t = a.Has("threshold") ? ParseInt("threshold", a.Get("threshold")) : 127;
-        if (t < 0 || t > 255) throw UsageError("--threshold wants 0..255, not " + a.Get("threshold"));
+        const long long t = a.Has("threshold") ? ParseIntIn("threshold", a.Get("threshold"), 0, 255) : 127;
         const OutFormat f = OutputFormatFor(out);
         if (f != OutFormat::Pbm && f != OutFormat::Png) throw UsageError("'" + out + "': a one-bit image goes to .pbm or .png");
         if (!kHaveReduce1u) NotAvailable("one-bit reduction");
@@ -258,13 +255,16 @@ int RunDither(int argc, char** argv, int first) {
         return 0;
     }
     if (a.Has("threshold")) throw UsageError("--threshold goes with --bits 1");
-    const long long levels = ParseInt("levels", a.Get("levels"));
     static const ZilDither kDither[] = {zilDitherNone, zilDitherFloydSteinberg, zilDitherJarvisJudiceNinke,
                                         zilDitherStucki, zilDitherBayer};
     const ZilDither dither = kDither[ParseChoice("method", a.Get("method"), {"none", "fs", "jjn", "stucki", "bayer"})];
-    const long long noise = a.Has("noise") ? ParseInt("noise", a.Get("noise")) : 0;
     int outBits = 8;
     if (a.Has("out-bits")) outBits = ParseChoice("out-bits", a.Get("out-bits"), {"8", "16"}) == 0 ? 8 : 16;
+    const int levels = int(ParseIntIn("levels", a.Get("levels"), 2, outBits == 8 ? 256 : 65536,
+                                       outBits == 8 ? " for 8-bit output" : " for 16-bit output"));
+    if (a.Has("noise") && dither == zilDitherNone)
+        throw UsageError("--noise goes with a dithering method, not with --method none");
+    const int noise = a.Has("noise") ? int(ParseIntIn("noise", a.Get("noise"), 0, 100, " percent")) : 0;
     OutputFormatFor(out);
     if (!kHaveReduce) NotAvailable("bit-depth reduction");
     const Image src = ReadInput(in);
