@@ -103,7 +103,9 @@ void ParseSize(const std::string& option, const std::string& text, int* w, int* 
     if (ok) {
         W = std::strtoll(text.substr(0, x).c_str(), nullptr, 10);
         H = std::strtoll(text.substr(x + 1).c_str(), nullptr, 10);
-        ok = W >= 1 && H >= 1 && W <= 1000000000 && H <= 1000000000;
+        ok = W >= 1 && H >= 1;
+        if (ok && (x > 10 || text.size() - x - 1 > 10 || W > 1000000000 || H > 1000000000))
+            throw UsageError("--" + option + " " + text + " is too large: width and height go up to 1000000000");
     }
     if (!ok) throw UsageError("--" + option + " wants WIDTHxHEIGHT such as 640x480, not '" + text + "'");
     *w = int(W);
