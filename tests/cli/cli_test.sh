@@ -45,7 +45,7 @@ bad() {
     [[ $lines == 1 ]] || fail "'$*' wrote $lines lines to stderr: $(cat err.txt)"
     grep -Eq -- "$re" err.txt || fail "'$*': stderr '$(cat err.txt)' does not match /$re/"
     [[ -z $out || ! -e $out ]] || fail "'$*' left $out behind"
-    if compgen -G '.*.zilcc-*' > /dev/null; then fail "'$*' left a temporary file"; rm -f .*.zilcc-*; fi
+    if compgen -G '.*zilcc-*' > /dev/null; then fail "'$*' left a temporary file"; rm -f .*zilcc-*; fi
 }
 
 pgm8() { local w=$1 h=$2; shift 2; { printf 'P5\n%d %d\n255\n' "$w" "$h"; raw "$@"; }; }
