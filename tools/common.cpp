@@ -56,8 +56,7 @@ void Image::Reserve(int w, int h, int ch, int bits) {
     channels = ch;
     depth = bits;
     maxval = 0;
-    data.clear();
-    data.reserve(size_t(total));
+    data.clear();  // grown by the reader as samples arrive (doubling, so no up-front touch of memory)
 }
 
 std::string SizeText(int w, int h) { return std::to_string(w) + "x" + std::to_string(h); }

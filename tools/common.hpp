@@ -55,9 +55,9 @@ struct Image {
     // Allocates zeroed samples; throws DataError when the extent is absurd or a
     // row would not fit a 32-bit step.
     void Allocate(int w, int h, int ch, int bits);
-    // The same checks and fields, but `data` stays empty with room reserved
-    // for the whole image: a reader grows it as samples arrive, so a header
-    // that claims a huge extent costs no memory until its data is there.
+    // The same checks and fields, but `data` stays empty: a reader grows it as
+    // samples arrive, so a header that claims a huge extent costs no memory
+    // until its data is there.
     void Reserve(int w, int h, int ch, int bits);
     size_t TotalBytes() const { return RowBytes() * size_t(height); }
 };

@@ -203,7 +203,7 @@ bool ReadPngInto(png_structp png, png_infop info, FILE* f, PngReadState* st) {
     if (st->progress) st->progress->SetTotal(int64_t(passes) * h);
     for (int pass = 0; pass < passes; ++pass)
         for (png_uint_32 y = 0; y < h; ++y) {
-            if (pass == 0) img.data.resize(size_t(y + 1) * rowBytes);  // within the reserved room
+            if (pass == 0) img.data.resize(size_t(y + 1) * rowBytes);
             png_read_row(png, img.data.data() + size_t(y) * rowBytes, nullptr);
             if (st->progress && (y & 63) == 0) st->progress->Update(int64_t(pass) * h + y);
         }
