@@ -356,10 +356,12 @@ ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst,
  * stored, so in-place forms and overlapping rows are safe. Results:
  *   32f  stored as computed, no clamp;
  *   8u   255 at or above 255.0, 0 at or below 0.0 and for NaN, else
- *        trunc(0.5 + o) with a tie taken to the even neighbour (2.5 -> 2);
+ *        t = trunc(0.5f + o), less 1 if t is odd and equal to 0.5f + o (so a
+ *        tie goes to the even neighbour: 2.5 -> 2, 3.5 -> 4);
  *   16u  the same with 65535;
- *   16s  -32768..32767 saturated, else rounded half away from zero with a tie
- *        taken to the even neighbour (-2.5 -> -2); NaN gives 0.
+ *   16s  -32768 at or below -32768.0, 32767 at or above 32767.0, else
+ *        trunc(o - 0.5) below 0 and trunc(o + 0.5) from 0 on, a tie taken to
+ *        the even neighbour (-2.5 -> -2, -3.5 -> -4); NaN gives 0.
  * AC4 forms read and write the first three channels and leave the fourth
  * untouched. ziliColorTwist_32f_C4R takes 16 floats, a 4x4 matrix without
  * offset: output i = ((t[4i] x + t[4i+1] y) + t[4i+2] z) + t[4i+3] w, all four
