@@ -347,6 +347,69 @@ ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst,
 /* (end of Gamma) */
 
 /* ---- Colour twist and tone mapping ---------------------------------------------------------- */
+/* Colour twist: an affine 3x4 colour matrix applied to every pixel.
+ * twist points to 12 floats, row-major: output channel i is
+ *   ((t[4i] x + t[4i+3]) + t[4i+1] y) + t[4i+2] z
+ * evaluated in single precision in exactly that grouping, from the pixel's
+ * three channels x, y, z as floats; the fourth entry of a row is an offset in
+ * sample units. All three outputs of a pixel are computed before any is
+ * stored, so in-place forms and overlapping rows are safe. Results:
+ *   32f  stored as computed, no clamp;
+ *   8u   255 at or above 255.0, 0 at or below 0.0 and for NaN, else
+ *        t = trunc(0.5f + o), less 1 if t is odd and equal to 0.5f + o (so a
+ *        tie goes to the even neighbour: 2.5 -> 2, 3.5 -> 4);
+ *   16u  the same with 65535;
+ *   16s  -32768 at or below -32768.0, 32767 at or above 32767.0, else
+ *        trunc(o - 0.5) below 0 and trunc(o + 0.5) from 0 on, a tie taken to
+ *        the even neighbour (-2.5 -> -2, -3.5 -> -4); NaN gives 0.
+ * AC4 forms read and write the first three channels and leave the fourth
+ * untouched. ziliColorTwist_32f_C4R takes 16 floats, a 4x4 matrix without
+ * offset: output i = ((t[4i] x + t[4i+1] y) + t[4i+2] z) + t[4i+3] w, all four
+ * channels stored. P3 arrays hold the three planes in channel order.
+ * Checks, in order: any pointer null, twist and every plane entry included
+ * -8; width or height < 1 -6; a step < 1 -14. Steps are in bytes and are not
+ * compared with the width. Nothing is written on an error.               */
+ZilStatus ziliColorTwist_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist_32f_C4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist_32f_P3R(const float* const src[3], int srcStep, float* const dst[3], int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist_32f_C3IR(float* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist_32f_AC4IR(float* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist_32f_IP3R(float* const srcDst[3], int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_8u_C3IR(uint8_t* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_8u_AC4IR(uint8_t* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_8u_IP3R(uint8_t* const srcDst[3], int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16u_P3R(const uint16_t* const src[3], int srcStep, uint16_t* const dst[3], int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16u_C3IR(uint16_t* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16u_AC4IR(uint16_t* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16u_IP3R(uint16_t* const srcDst[3], int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16s_P3R(const int16_t* const src[3], int srcStep, int16_t* const dst[3], int dstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16s_C3IR(int16_t* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16s_AC4IR(int16_t* srcDst, int srcDstStep, ZilSize roiSize, const float* twist);
+ZilStatus ziliColorTwist32f_16s_IP3R(int16_t* const srcDst[3], int srcDstStep, ZilSize roiSize, const float* twist);
+
+/* Tone mapping: a single-channel float image to 8 bits by one global scale.
+ * ziliToneMapLinear_32f8u_C1R: m = the region's maximum (single precision; a
+ *   row whose first sample is NaN does not count, a NaN elsewhere is passed
+ *   over); m < 0: zilStatusNegativeMaximum, dst not written; m not above
+ *   1.1754944e-38 (also NaN): dst filled with 0; else k = 255 / m and each
+ *   sample becomes the low 8 bits of trunc(s * k), with no clamp (a negative
+ *   sample wraps).
+ * ziliToneMapMean_32f8u_C1R: t = twice the region's mean (double); t < 0:
+ *   zilStatusNegativeMaximum, dst not written; t not above the same limit:
+ *   dst filled with 0; else k = 255.0 / t rounded to single precision and each
+ *   sample becomes trunc(s * k) clamped to 0..255.
+ * Checks, in order: src or dst null -8; width or height < 1 -6. Steps in
+ * bytes, not checked.                                                      */
+ZilStatus ziliToneMapLinear_32f8u_C1R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliToneMapMean_32f8u_C1R(const float* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
 /* (end of Colour twist and tone mapping) */
 
 /* ---- Full-resolution YCbCr and gray ---------------------------------------------------------- */

@@ -60,6 +60,11 @@ uint32_t Mix(uint32_t s) {
     return s;
 }
 
+// Colour twist matrix (16 floats serve the 3x4 and the 4x4 forms): mixes,
+// offsets and a saturating row.
+const float kTwistMatrix[16] = {0.9f, 0.3f, -0.4f, 20.5f, -0.2f, 1.1f, 0.3f, -10.0f,
+                                0.5f, 0.5f, 0.5f, 300.0f, 0.25f, 0.0f, 0.0f, 0.5f};
+
 // Size selector: mostly 1..33, sometimes an edge value.
 int32_t PickSize(uint8_t b) {
     static const int32_t special[16] = {INT_MIN, -65536, -1, 0, 0, 1, 1, 2, 2, 3, 4, 5, 6, 64, 65, 128};
@@ -312,6 +317,7 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'x': s.i = reserved++ ? c.reserved2 : c.reserved1; break;
             case 'h': s.i = c.threshold; break;
             case 'c': s.i = c.channels; break;
+            case 'm': s.p = const_cast<float*>(kTwistMatrix); break;
             default: std::fprintf(stderr, "%s: unknown role '%c'\n", row.name, roles[k]); std::abort();
         }
     }

@@ -232,6 +232,22 @@ inline constexpr Row kRows[] = {
     // (end of Gamma)
 
     // Colour twist and tone mapping
+    // (roles: m the twist matrix; in-place forms have only a destination image)
+#define TwistPlanes(bpp) [] { Img m = Planes(3, StepOne, {bpp, XW, YH}, {bpp, XW, YH}, {bpp, XW, YH}); return m.elem = bpp, m; }()
+#define ZIL_TW_TYPE(pfx, bpp, fl)                                                                                \
+    ZROW(ziliColorTwist##pfx##_C3R, "sSdDzm", fl(One(3 * bpp, XW, YH, bpp)), One(3 * bpp, XW, YH, bpp), kNone),   \
+    ZROW(ziliColorTwist##pfx##_AC4R, "sSdDzm", fl(One(4 * bpp, XW, YH, bpp)), One(4 * bpp, XW, YH, bpp), kNone), \
+    ZROW(ziliColorTwist##pfx##_P3R, "sSdDzm", fl(TwistPlanes(bpp)), TwistPlanes(bpp), kNone),                  \
+    ZROW(ziliColorTwist##pfx##_C3IR, "dDzm", kNone, One(3 * bpp, XW, YH, bpp), kNone),                           \
+    ZROW(ziliColorTwist##pfx##_AC4IR, "dDzm", kNone, One(4 * bpp, XW, YH, bpp), kNone),                          \
+    ZROW(ziliColorTwist##pfx##_IP3R, "dDzm", kNone, TwistPlanes(bpp), kNone)
+    ZIL_TW_TYPE(_32f, 4, Float), ZIL_TW_TYPE(32f_8u, 1, Int), ZIL_TW_TYPE(32f_16u, 2, Int),
+    ZIL_TW_TYPE(32f_16s, 2, Int),
+#undef ZIL_TW_TYPE
+#undef TwistPlanes
+    ZROW(ziliColorTwist_32f_C4R, "sSdDzm", Float(One(16, XW, YH, 4)), One(16, XW, YH, 4), kNone),
+    ZROW(ziliToneMapLinear_32f8u_C1R, "sSdDz", Float(One(4, XW, YH, 4)), One(1), kNone),
+    ZROW(ziliToneMapMean_32f8u_C1R, "sSdDz", Float(One(4, XW, YH, 4)), One(1), kNone),
     // (end of Colour twist and tone mapping)
 
     // Full-resolution YCbCr and gray
