@@ -8,7 +8,7 @@ if(TARGET zilcc)
     add_test(NAME cli_${group}
       COMMAND ${ZIL_BASH} ${CMAKE_CURRENT_SOURCE_DIR}/cli/cli_test.sh $<TARGET_FILE:zilcc>
               ${CMAKE_CURRENT_BINARY_DIR}/cli_work/${group} ${group} ${ZIL_EXPORTS_FILE} "${zil_cli_families}")
-    set_tests_properties(cli_${group} PROPERTIES TIMEOUT 120 FAIL_REGULAR_EXPRESSION "FAIL:")
+    set_tests_properties(cli_${group} PROPERTIES TIMEOUT 300 FAIL_REGULAR_EXPRESSION "FAIL:")
   endforeach()
 endif()
 
@@ -22,6 +22,6 @@ if(TARGET zilcc)
     string(REGEX REPLACE "_cli$" "" name ${name})
     add_test(NAME cli_${name}
       COMMAND ${ZIL_BASH} ${script} $<TARGET_FILE:zilcc> ${CMAKE_CURRENT_BINARY_DIR}/cli_work/${name})
-    set_tests_properties(cli_${name} PROPERTIES TIMEOUT 120 FAIL_REGULAR_EXPRESSION "FAIL:")
+    set_tests_properties(cli_${name} PROPERTIES TIMEOUT 300 FAIL_REGULAR_EXPRESSION "FAIL:")
   endforeach()
 endif()
