@@ -7,7 +7,7 @@
 // branch is made in double, which power routine serves them, and in two more
 // details of the upper branch. Each difference is a column of kFloatRows.
 #include "gamma_tables.h"
-#include "primitives/power.h"
+#include "primitives/power_core.h"
 #include "primitives/utils.h"
 
 namespace zil::gamma {
@@ -177,7 +177,14 @@ void FwdRowScalar(const float* s, float* d, int n, const Range& r) {
         const float x = s[i] - r.vMin;
         bool lower;
         const float t = FwdT<M>(x, r, lower);
-        d[i] = lower ? 4.5f * x + r.vMin : FwdUpper<M>(mx_zilsPowOneF(t, kFwdPower), r);
+        if (lower) {
+            d[i] = 4.5f * x + r.vMin;
+        } else {
+            // A positive finite t needs none of the power's special cases.
+            const uint32_t bt = pw::FBits(t);
+            const float p = bt - 1u < 0x7F7FFFFFu ? pw::LogExpF(bt, kFwdPower, false) : mx_zilsPowOneF(t, kFwdPower);
+            d[i] = FwdUpper<M>(p, r);
+        }
     }
 }
 

@@ -144,6 +144,7 @@ TEST(Powx, GroupsAndAccuracy) {
         const float want = float(std::pow(double(b), 0.45));
         const float got = Powx(std::vector<float>(8, b), 0.45f).out[5];
         EXPECT_NEAR(got, want, want * 0x1p-21) << b;
+        EXPECT_EQ(got, Powx({b}, 0.45f).out[0]) << b;  // grouped and one by one: the same formula
         off += got != want;
     }
     EXPECT_GT(off, 0);  // single-precision exponential: not always the nearest float
