@@ -68,4 +68,41 @@ inline constexpr double _infs_zeros64[4] = {__builtin_inf(), 0.0, -__builtin_inf
 inline constexpr double _small_value_64[2] = {0x1p-1000, -0x1p-1000};
 inline constexpr double _large_value_64[2] = {0x1p1000, -0x1p1000};
 
+// The special-value steps that the float, double and vector routines share,
+// by element type.
+template <class F> struct Kind;
+template <> struct Kind<float> {
+    using U = uint32_t;
+    static constexpr U kInf = 0x7F800000u, kOne = 0x3F800000u;
+    static constexpr const float *ones = _ones, *zeros = _zeros, *infsZeros = _infs_zeros;
+};
+template <> struct Kind<double> {
+    using U = uint64_t;
+    static constexpr U kInf = 0x7FF0000000000000ull, kOne = 0x3FF0000000000000ull;
+    static constexpr const double *ones = _ones64, *zeros = _zeros64, *infsZeros = _infs_zeros64;
+};
+
+// NaN, infinite base, infinite power, in this order; true when one decides,
+// with the value in `out`. ax, ay: magnitudes as bits; `neg`: y an odd integer
+// and x negative.
+template <class F, class U = typename Kind<F>::U>
+inline bool NanInfRules(F x, F y, U ax, U ay, bool yNeg, bool odd, bool frac, bool neg, F& out) {
+    using K = Kind<F>;
+    if (ax > K::kInf || ay > K::kInf) return out = x * y, true;
+    if (ax == K::kInf) return out = K::infsZeros[int(yNeg) + 2 * int(neg && !frac)], true;
+    if (ay != K::kInf) return false;
+    if (ax > K::kOne) out = yNeg ? F(0) : K::infsZeros[0];
+    else if (ax == K::kOne) out = K::ones[odd];
+    else if (ax != 0) out = yNeg ? K::infsZeros[0] : F(0);
+    else out = yNeg ? K::infsZeros[0] : K::zeros[neg];
+    return true;
+}
+// A zero base: a signed zero for a positive power, a signed infinity (with the
+// divide-by-zero flag) for a negative one; the sign when y is an odd integer.
+template <class F>
+inline F ZeroBase(bool yNeg, bool negOdd) {
+    using K = Kind<F>;
+    return yNeg ? K::ones[negOdd] / K::zeros[0] : K::zeros[negOdd];
+}
+
 }  // namespace zil::pw

@@ -57,18 +57,9 @@ float mx_ownsPowOneF(float x, float y) {
     bool frac, odd;
     Classify<uint32_t, 23, 127>(ay, frac, odd);
     const bool neg = odd && xNeg;
-    if (ax > 0x7F800000u || ay > 0x7F800000u) return x * y;
-    if (ax == 0x7F800000u) return _infs_zeros[int(yNeg) + 2 * int(neg && !frac)];
-    if (ay == 0x7F800000u) {
-        if (ax > 0x3F800000u) return yNeg ? 0.0f : _infs_zeros[0];
-        if (ax == 0x3F800000u) return _ones[odd];
-        if (ax != 0) return yNeg ? _infs_zeros[0] : 0.0f;
-        return yNeg ? _infs_zeros[0] : _zeros[neg];
-    }
-    if (ax == 0) {
-        const int n = neg && !frac;
-        return yNeg ? _ones[n] / _zeros[0] : _zeros[n];
-    }
+    float special;
+    if (NanInfRules(x, y, ax, ay, yNeg, odd, frac, neg, special)) return special;
+    if (ax == 0) return ZeroBase<float>(yNeg, neg && !frac);
     if (xNeg) {
         // A negative base with a fractional exponent gives +0 here (the double
         // routine gives a NaN).
@@ -186,23 +177,14 @@ double mx_ownsPowOne(double x, double y) {
     const uint64_t bx = DBits(x), by = DBits(y);
     const uint64_t ax = bx & 0x7FFFFFFFFFFFFFFFull, ay = by & 0x7FFFFFFFFFFFFFFFull;
     const bool xNeg = (bx >> 63) != 0, yNeg = (by >> 63) != 0;
-    constexpr uint64_t kOne = 0x3FF0000000000000ull, kInf = 0x7FF0000000000000ull;
+    constexpr uint64_t kOne = Kind<double>::kOne;
     if (ay == 0 || bx == kOne) return 1.0;
     bool frac, odd;
     Classify<uint64_t, 52, 1023>(ay, frac, odd);
     const bool neg = odd && xNeg;
-    if (ax > kInf || ay > kInf) return x * y;
-    if (ax == kInf) return _infs_zeros64[int(yNeg) + 2 * int(neg && !frac)];
-    if (ay == kInf) {
-        if (ax > kOne) return yNeg ? 0.0 : _infs_zeros64[0];
-        if (ax == kOne) return _ones64[odd];
-        if (ax != 0) return yNeg ? _infs_zeros64[0] : 0.0;
-        return yNeg ? _infs_zeros64[0] : _zeros64[neg];
-    }
-    if (ax == 0) {
-        const int n = neg && !frac;
-        return yNeg ? _ones64[n] / _zeros64[0] : _zeros64[n];
-    }
+    double special;
+    if (NanInfRules(x, y, ax, ay, yNeg, odd, frac, neg, special)) return special;
+    if (ax == 0) return ZeroBase<double>(yNeg, neg && !frac);
     if (xNeg) {
         if (frac) return _infs_zeros64[0] * _zeros64[0];  // a NaN, with the invalid flag
         if (ax == kOne) return _ones64[odd];

@@ -176,20 +176,14 @@ float _spow_scalar(float x, float power, int* status) {
     if (ap == 0) return 1.0f;
     const bool frac = kind == 0;
     const bool neg = kind == 1 && xNeg;
-    if (ax > 0x7F800000u || ap > 0x7F800000u) return x * power;
-    if (ax == 0x7F800000u) return _infs_zeros[int(pNeg) + 2 * int(neg && !frac)];
-    if (ap == 0x7F800000u) {
-        if (ax > 0x3F800000u) return pNeg ? 0.0f : _infs_zeros[0];
-        if (ax == 0x3F800000u) return _ones[0];
-        if (ax != 0) return pNeg ? _infs_zeros[0] : 0.0f;
-        return pNeg ? _infs_zeros[0] : _zeros[neg];
-    }
+    float special;
+    if (NanInfRules(x, power, ax, ap, pNeg, false, frac, neg, special)) return special;
     if (ax == 0) {
-        const int n = neg && !frac;
-        if (!pNeg) return _zeros[n];
-        *status = kStatusDomain;
-        own_zils_sPowx_EX_ttab[0].error();
-        return _ones[n] / _zeros[0];  // pole
+        if (pNeg) {  // pole
+            *status = kStatusDomain;
+            own_zils_sPowx_EX_ttab[0].error();
+        }
+        return ZeroBase<float>(pNeg, neg && !frac);
     }
     // A negative finite base with a non-integer power.
     *status = kStatusDomain;
