@@ -74,11 +74,13 @@ template <class F> struct Kind;
 template <> struct Kind<float> {
     using U = uint32_t;
     static constexpr U kInf = 0x7F800000u, kOne = 0x3F800000u;
+    static constexpr int kMant = 23, kBias = 127;
     static constexpr const float *ones = _ones, *zeros = _zeros, *infsZeros = _infs_zeros;
 };
 template <> struct Kind<double> {
     using U = uint64_t;
     static constexpr U kInf = 0x7FF0000000000000ull, kOne = 0x3FF0000000000000ull;
+    static constexpr int kMant = 52, kBias = 1023;
     static constexpr const double *ones = _ones64, *zeros = _zeros64, *infsZeros = _infs_zeros64;
 };
 
@@ -103,6 +105,43 @@ template <class F>
 inline F ZeroBase(bool yNeg, bool negOdd) {
     using K = Kind<F>;
     return yNeg ? K::ones[negOdd] / K::zeros[0] : K::zeros[negOdd];
+}
+
+// The operands of the scalar routines: magnitudes as bits, signs, and the
+// integer class of y (below 1 a fraction; from 2^(kMant + 1) up an even
+// integer); `neg`: the result is negative (y odd, x negative).
+template <class F>
+struct Operands {
+    typename Kind<F>::U ax, ay;
+    bool xNeg, yNeg, frac, odd, neg;
+};
+
+// The first steps of both scalar routines, in order: y zero or x one gives 1;
+// then NaN, infinities and a zero base. True when one decides, value in `out`.
+template <class F>
+inline bool CommonRules(F x, F y, Operands<F>& o, F& out) {
+    using K = Kind<F>;
+    using U = typename K::U;
+    constexpr U kSign = U(1) << (sizeof(U) * 8 - 1);
+    const U bx = Bits<U>(x), by = Bits<U>(y);
+    o.ax = bx & ~kSign, o.ay = by & ~kSign;
+    o.xNeg = (bx & kSign) != 0, o.yNeg = (by & kSign) != 0;
+    if (o.ay == 0 || bx == K::kOne) return out = F(1), true;
+    constexpr U kEven = U(K::kBias + K::kMant + 1) << K::kMant;
+    if (o.ay < K::kOne) {
+        o.frac = true, o.odd = false;
+    } else if (o.ay < kEven) {
+        const int fracBits = K::kMant - int(o.ay >> K::kMant) + K::kBias;
+        const U sig = (o.ay & ((U(1) << K::kMant) - 1)) | (U(1) << K::kMant);
+        o.frac = (sig & ((U(1) << fracBits) - 1)) != 0;
+        o.odd = ((sig >> fracBits) & 1) != 0;
+    } else {
+        o.frac = false, o.odd = false;
+    }
+    o.neg = o.odd && o.xNeg;
+    if (NanInfRules(x, y, o.ax, o.ay, o.yNeg, o.odd, o.frac, o.neg, out)) return true;
+    if (o.ax == 0) return out = ZeroBase<F>(o.yNeg, o.neg && !o.frac), true;
+    return false;
 }
 
 }  // namespace zil::pw

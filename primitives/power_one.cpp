@@ -25,41 +25,14 @@ uint32_t ps_set_cw_fpu(uint32_t value, uint32_t mask) {
     return old;
 }
 
-namespace {
-
-// Integer class of y from its magnitude bits: below 1 it is a fraction; from
-// the bit pattern of 2^(mantBits + 1) up it is an even integer.
-template <class U, int kMant, int kBias>
-void Classify(U ay, bool& frac, bool& odd) {
-    constexpr U kOne = U(kBias) << kMant;
-    constexpr U kEven = U(kBias + kMant + 1) << kMant;
-    if (ay < kOne) {
-        frac = true, odd = false;
-    } else if (ay < kEven) {
-        const int fracBits = kMant - int(ay >> kMant) + kBias;
-        const U sig = (ay & ((U(1) << kMant) - 1)) | (U(1) << kMant);
-        frac = (sig & ((U(1) << fracBits) - 1)) != 0;
-        odd = ((sig >> fracBits) & 1) != 0;
-    } else {
-        frac = false, odd = false;
-    }
-}
-
-}  // namespace
-
 // Steps in the order of the tests: special values, exact integer powers, then
 // logarithm, range test and exponential, all in double precision.
 float mx_ownsPowOneF(float x, float y) {
-    const uint32_t bx = FBits(x), by = FBits(y);
-    const uint32_t ax = bx & 0x7FFFFFFFu, ay = by & 0x7FFFFFFFu;
-    const bool xNeg = (bx >> 31) != 0, yNeg = (by >> 31) != 0;
-    if (ay == 0 || bx == 0x3F800000u) return 1.0f;
-    bool frac, odd;
-    Classify<uint32_t, 23, 127>(ay, frac, odd);
-    const bool neg = odd && xNeg;
+    Operands<float> o;
     float special;
-    if (NanInfRules(x, y, ax, ay, yNeg, odd, frac, neg, special)) return special;
-    if (ax == 0) return ZeroBase<float>(yNeg, neg && !frac);
+    if (CommonRules(x, y, o, special)) return special;
+    const uint32_t ax = o.ax, ay = o.ay;
+    const bool xNeg = o.xNeg, yNeg = o.yNeg, frac = o.frac, odd = o.odd, neg = o.neg;
     if (xNeg) {
         // A negative base with a fractional exponent gives +0 here (the double
         // routine gives a NaN).
@@ -174,17 +147,12 @@ __attribute__((noinline)) double PowCore(double ax, double y, bool neg) {
 }  // namespace
 
 double mx_ownsPowOne(double x, double y) {
-    const uint64_t bx = DBits(x), by = DBits(y);
-    const uint64_t ax = bx & 0x7FFFFFFFFFFFFFFFull, ay = by & 0x7FFFFFFFFFFFFFFFull;
-    const bool xNeg = (bx >> 63) != 0, yNeg = (by >> 63) != 0;
-    constexpr uint64_t kOne = Kind<double>::kOne;
-    if (ay == 0 || bx == kOne) return 1.0;
-    bool frac, odd;
-    Classify<uint64_t, 52, 1023>(ay, frac, odd);
-    const bool neg = odd && xNeg;
+    Operands<double> o;
     double special;
-    if (NanInfRules(x, y, ax, ay, yNeg, odd, frac, neg, special)) return special;
-    if (ax == 0) return ZeroBase<double>(yNeg, neg && !frac);
+    if (CommonRules(x, y, o, special)) return special;
+    constexpr uint64_t kOne = Kind<double>::kOne;
+    const uint64_t ax = o.ax, ay = o.ay;
+    const bool xNeg = o.xNeg, yNeg = o.yNeg, frac = o.frac, odd = o.odd, neg = o.neg;
     if (xNeg) {
         if (frac) return _infs_zeros64[0] * _zeros64[0];  // a NaN, with the invalid flag
         if (ax == kOne) return _ones64[odd];
