@@ -70,8 +70,11 @@ inline void LutRun(const uint8_t* s, uint8_t* d, int n, const uint8_t* tab) {
     for (; i + 8 <= n; i += 8) {
         uint64_t v;
         __builtin_memcpy(&v, s + i, 8);
-        uint64_t o = 0;
-        for (int k = 0; k < 8; ++k) o |= uint64_t(tab[(v >> (8 * k)) & 0xFF]) << (8 * k);
+        // Written out, so that -O2 needs no unrolling to keep the look-ups apart.
+        const uint64_t o = uint64_t(tab[v & 0xFF]) | uint64_t(tab[(v >> 8) & 0xFF]) << 8 |
+                           uint64_t(tab[(v >> 16) & 0xFF]) << 16 | uint64_t(tab[(v >> 24) & 0xFF]) << 24 |
+                           uint64_t(tab[(v >> 32) & 0xFF]) << 32 | uint64_t(tab[(v >> 40) & 0xFF]) << 40 |
+                           uint64_t(tab[(v >> 48) & 0xFF]) << 48 | uint64_t(tab[v >> 56]) << 56;
         __builtin_memcpy(d + i, &o, 8);
     }
     for (; i < n; ++i) d[i] = tab[s[i]];
