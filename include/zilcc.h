@@ -344,6 +344,72 @@ ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst,
 /* (end of ReduceBits)                                                       */
 
 /* ---- Gamma ---------------------------------------------------------- */
+/* Gamma correction with the Rec. 709 transfer curve, on x normalised to 0..1:
+ *   forward  g(x) = 4.5 x below 0.018, else 1.099 x^0.45 - 0.099;
+ *   inverse  h(x) = x / 4.5 below 0.0812, else ((x + 0.099) / 1.099)^(1/0.45).
+ * 8u and 16u: every colour sample is replaced by its entry of a constant table
+ * (N = 255 or 65535: N * g(i / N) in double, rounded to single, then to the
+ * nearest integer, ties to even). 0 maps to 0 and N to N.
+ * 32f: samples are taken on the range [vMin, vMax]: x = s - vMin, range =
+ * vMax - vMin, both in single precision; the result is the curve times the
+ * range, plus vMin. Samples outside the range are not clamped (the lower branch
+ * goes negative, the upper one is unbounded). The members differ on purpose in
+ * the last bits and more:
+ *   - C3 forms use 1/range in single, planar and AC4 inverse forms in double;
+ *     GammaFwd_32f_AC4IR tests the lower branch in double;
+ *   - GammaFwd_32f_AC4R and _AC4IR add vMin twice on the upper branch, so
+ *     with vMin other than 0 they lie above the other forms by vMin;
+ *   - GammaInv_32f_C3R, _P3R and _IP3R do not scale the upper branch by the
+ *     range (right for a range of 1 only); _C3IR, _AC4R and _AC4IR do;
+ *   - the AC4 and inverse forms compute the power on blocks of 384 samples
+ *     (128 AC4 pixels) with a vector routine whose accuracy is about 21 bits.
+ * AC4: the fourth sample of a pixel is neither read nor written. IR/IP3R: in
+ * place. P3R: three planes sharing one step.
+ * Checks, in order: (32f) 0 >= vMax - vMin in single: -49 (before pointers);
+ * any image pointer null, including the plane arrays and their entries: -8;
+ * width or height < 1: -6; any step < 1: -14. Nothing is written on an error. */
+ZilStatus ziliGammaFwd_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_8u_C3IR(uint8_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_8u_AC4IR(uint8_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliGammaFwd_8u_IP3R(uint8_t* const srcDst[3], int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_16u_C3IR(uint16_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_16u_AC4IR(uint16_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_16u_P3R(const uint16_t* const src[3], int srcStep, uint16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliGammaFwd_16u_IP3R(uint16_t* const srcDst[3], int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaFwd_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaFwd_32f_C3IR(float* srcDst, int srcDstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaFwd_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaFwd_32f_AC4IR(float* srcDst, int srcDstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaFwd_32f_P3R(const float* const src[3], int srcStep, float* const dst[3], int dstStep,
+    ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaFwd_32f_IP3R(float* const srcDst[3], int srcDstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaInv_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_8u_C3IR(uint8_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_8u_AC4IR(uint8_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliGammaInv_8u_IP3R(uint8_t* const srcDst[3], int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_16u_C3IR(uint16_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_16u_AC4IR(uint16_t* srcDst, int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_16u_P3R(const uint16_t* const src[3], int srcStep, uint16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliGammaInv_16u_IP3R(uint16_t* const srcDst[3], int srcDstStep, ZilSize roiSize);
+ZilStatus ziliGammaInv_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaInv_32f_C3IR(float* srcDst, int srcDstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaInv_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaInv_32f_AC4IR(float* srcDst, int srcDstStep, ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaInv_32f_P3R(const float* const src[3], int srcStep, float* const dst[3], int dstStep,
+    ZilSize roiSize, float vMin, float vMax);
+ZilStatus ziliGammaInv_32f_IP3R(float* const srcDst[3], int srcDstStep, ZilSize roiSize, float vMin, float vMax);
 /* (end of Gamma) */
 
 /* ---- Colour twist and tone mapping ---------------------------------------------------------- */

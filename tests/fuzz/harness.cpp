@@ -318,6 +318,8 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'h': s.i = c.threshold; break;
             case 'c': s.i = c.channels; break;
             case 'm': s.p = const_cast<float*>(kTwistMatrix); break;
+            case 'v': s.i = c.alpha % 4 - 1; break;     // vMin -1..2
+            case 'V': s.i = c.reserved1 & 3; break;     // vMax 0..3: at times not above vMin
             default: std::fprintf(stderr, "%s: unknown role '%c'\n", row.name, roles[k]); std::abort();
         }
     }
@@ -409,7 +411,8 @@ void RunOne(const Case& c) {
             Fail(c, st < 0 ? "a destination byte changed on a failure status"
                            : "a destination byte outside its rows changed", st, i, at);
     }
-    if (c.nullTarget >= 0 && c.nullTarget < 16 && st != zilStatusNullPointer && st != zilStatusBadSize)
+    if (c.nullTarget >= 0 && c.nullTarget < 16 && st != zilStatusNullPointer && st != zilStatusBadSize &&
+        st != zilStatusBadRange)
         Fail(c, "a null pointer in a tested place did not give NullPointer (or BadSize, where sizes come first)", st);
 
     // Again, with the destination as before and other work-buffer contents: the

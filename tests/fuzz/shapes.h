@@ -228,7 +228,24 @@ inline constexpr Row kRows[] = {
     ZROW(ziliReduceBitsGetBufferSize, "czntp", kNone, kResultCell, kNone),
 #endif
 
-    // Gamma
+    // Gamma. In-place forms pass their one image as the destination; the 32f
+    // forms take the roles v (vMin) and V (vMax) last. Planes of es-byte samples
+    // share one step.
+#define ZIL_GAMMA_P3(es) \
+    [] { Img m = Planes(3, StepOne, {es, XW, YH}, {es, XW, YH}, {es, XW, YH}); return m.elem = es, m; }()
+#define ZIL_GAMMA_ROWS(Dir, code, es, fl, ex)                                                                   \
+    ZROW(ziliGamma##Dir##_##code##_C3R, "sSdDz" ex, fl(One(3 * es, XW, YH, es)), One(3 * es, XW, YH, es), kNone), \
+        ZROW(ziliGamma##Dir##_##code##_C3IR, "dDz" ex, kNone, One(3 * es, XW, YH, es), kNone),                    \
+        ZROW(ziliGamma##Dir##_##code##_AC4R, "sSdDz" ex, fl(One(4 * es, XW, YH, es)), One(4 * es, XW, YH, es),    \
+             kNone),                                                                                              \
+        ZROW(ziliGamma##Dir##_##code##_AC4IR, "dDz" ex, kNone, One(4 * es, XW, YH, es), kNone),                   \
+        ZROW(ziliGamma##Dir##_##code##_P3R, "sSdDz" ex, fl(ZIL_GAMMA_P3(es)), ZIL_GAMMA_P3(es), kNone),                   \
+        ZROW(ziliGamma##Dir##_##code##_IP3R, "dDz" ex, kNone, ZIL_GAMMA_P3(es), kNone)
+    ZIL_GAMMA_ROWS(Fwd, 8u, 1, Int, ""), ZIL_GAMMA_ROWS(Inv, 8u, 1, Int, ""),
+    ZIL_GAMMA_ROWS(Fwd, 16u, 2, Int, ""), ZIL_GAMMA_ROWS(Inv, 16u, 2, Int, ""),
+    ZIL_GAMMA_ROWS(Fwd, 32f, 4, Float, "vV"), ZIL_GAMMA_ROWS(Inv, 32f, 4, Float, "vV"),
+#undef ZIL_GAMMA_ROWS
+#undef ZIL_GAMMA_P3
     // (end of Gamma)
 
     // Colour twist and tone mapping

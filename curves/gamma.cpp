@@ -1,0 +1,350 @@
+// Gamma correction with the Rec. 709 transfer curve, forward and inverse, on
+// 8-bit, 16-bit and float images in C3, AC4 and planar layouts, in place or not.
+//
+// Integer forms look every colour sample up in a table. Float forms compute on
+// the caller's value range [vMin, vMax]; their members differ in where the
+// reciprocal of the range is single or double, whether the test of the lower
+// branch is made in double, which power routine serves them, and in two more
+// details of the upper branch. Each difference is a column of kFloatRows.
+#include "gamma_tables.h"
+#include "primitives/power_core.h"
+#include "primitives/utils.h"
+
+namespace zil::gamma {
+namespace {
+
+enum class Lay : uint8_t { C3, AC4, P3 };
+
+// ---------------------------------------------------------------------------
+// Argument checks, in order: (float forms) the range, any image pointer, the
+// extent, any step.
+template <class T>
+bool AnyNullPlanes(T* const* planes) {
+    return planes == nullptr || planes[0] == nullptr || planes[1] == nullptr || planes[2] == nullptr;
+}
+inline ZilStatus CheckRest(bool anyNull, ZilSize roi, int step1, int step2) {
+    if (anyNull) return zilStatusNullPointer;
+    if (TooSmall(roi)) return zilStatusBadSize;
+    if (step1 < 1 || step2 < 1) return zilStatusBadStep;
+    return zilStatusOk;
+}
+inline bool BadRange(float vMin, float vMax) { return 0.0f >= vMax - vMin; }
+
+// One image as the kernels walk it: up to three planes of `rows` rows.
+template <class T>
+struct Job {
+    const T* src[3];
+    T* dst[3];
+    int planes;
+    int srcStep, dstStep;
+    int units;  // per row: samples (C3: 3 * width; P3: width) or pixels (AC4)
+    int rows;
+};
+
+template <class T>
+Job<T> PackedJob(const T* src, int srcStep, T* dst, int dstStep, ZilSize roi, Lay lay) {
+    return {{src}, {dst}, 1, srcStep, dstStep, lay == Lay::C3 ? 3 * roi.width : roi.width, roi.height};
+}
+template <class T>
+Job<T> PlanarJob(const T* const src[3], int srcStep, T* const dst[3], int dstStep, ZilSize roi) {
+    return {{src[0], src[1], src[2]}, {dst[0], dst[1], dst[2]}, 3, srcStep, dstStep, roi.width, roi.height};
+}
+
+template <class T, class Row>
+void ForEachRow(const Job<T>& j, Row&& row) {
+    for (int p = 0; p < j.planes; ++p) {
+        const T* s = j.src[p];
+        T* d = j.dst[p];
+        for (int y = 0; y < j.rows; ++y, s = AdvanceT(s, j.srcStep), d = AdvanceT(d, j.dstStep)) row(s, d);
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Integer forms.
+
+// A run of samples through the table. 8-bit runs go eight samples a word, so
+// that a row costs one load and one store per eight look-ups; in place is fine
+// since each word is read before it is written.
+inline void LutRun(const uint8_t* s, uint8_t* d, int n, const uint8_t* tab) {
+    int i = 0;
+    for (; i + 8 <= n; i += 8) {
+        uint64_t v;
+        __builtin_memcpy(&v, s + i, 8);
+        // Written out, so that -O2 needs no unrolling to keep the look-ups apart.
+        const uint64_t o = uint64_t(tab[v & 0xFF]) | uint64_t(tab[(v >> 8) & 0xFF]) << 8 |
+                           uint64_t(tab[(v >> 16) & 0xFF]) << 16 | uint64_t(tab[(v >> 24) & 0xFF]) << 24 |
+                           uint64_t(tab[(v >> 32) & 0xFF]) << 32 | uint64_t(tab[(v >> 40) & 0xFF]) << 40 |
+                           uint64_t(tab[(v >> 48) & 0xFF]) << 48 | uint64_t(tab[v >> 56]) << 56;
+        __builtin_memcpy(d + i, &o, 8);
+    }
+    for (; i < n; ++i) d[i] = tab[s[i]];
+}
+inline void LutRun(const uint16_t* s, uint16_t* d, int n, const uint16_t* tab) {
+    for (int i = 0; i < n; ++i) d[i] = tab[s[i]];
+}
+
+template <class T>
+ZilStatus LutImage(const Job<T>& j, Lay lay, const T* tab) {
+    if (lay == Lay::AC4) {
+        ForEachRow(j, [&](const T* s, T* d) {
+            for (int x = 0; x < j.units; ++x) {  // the fourth sample is neither read nor written
+                d[4 * x] = tab[s[4 * x]];
+                d[4 * x + 1] = tab[s[4 * x + 1]];
+                d[4 * x + 2] = tab[s[4 * x + 2]];
+            }
+        });
+    } else {
+        ForEachRow(j, [&](const T* s, T* d) { LutRun(s, d, j.units, tab); });
+    }
+    return zilStatusOk;
+}
+
+// ---------------------------------------------------------------------------
+// Float forms.
+
+struct FloatRow {
+    bool inverse;
+    Lay lay;         // AC4: blocks of 128 pixels through the vector power, in both directions
+    bool dblInv;     // reciprocal of the range in double; the normalised sample from double(x) * inv
+    bool dblTest;    // the lower-branch test compares in double
+    bool twiceMin;   // forward upper branch: vMin added a second time
+    bool scaleRange; // inverse upper branch: the power times the range
+};
+
+// Forward C3 and planar use the scalar power sample by sample; inverse C3 and
+// planar run the row flow with the vector power on blocks of 384.
+//                                    inverse lay       dblInv dblTest twice  scale
+constexpr FloatRow kFwdC3     {false, Lay::C3,  false, false, false, false};
+constexpr FloatRow kFwdP3     {false, Lay::P3,  true,  false, false, false};
+constexpr FloatRow kFwdAC4R   {false, Lay::AC4, false, false, true,  false};
+constexpr FloatRow kFwdAC4IR  {false, Lay::AC4, true,  true,  true,  false};
+constexpr FloatRow kInvC3R    {true,  Lay::C3,  false, false, false, false};
+constexpr FloatRow kInvC3IR   {true,  Lay::C3,  false, false, false, true};
+constexpr FloatRow kInvP3     {true,  Lay::P3,  true,  true,  false, false};
+constexpr FloatRow kInvAC4    {true,  Lay::AC4, true,  true,  false, true};
+static_assert(kInvP3.dblInv == kInvP3.dblTest && kInvAC4.dblInv == kInvAC4.dblTest && !kInvC3R.dblTest,
+              "the inverse compares in the precision of its reciprocal");
+
+constexpr int kBlock = 384;  // samples a block of the vector power; 128 pixels of AC4
+constexpr float kFwdPower = 0.45f, kInvPower = 2.2222223f;
+
+struct Range {
+    float vMin, range, inv;
+    double invd;
+};
+
+// Forward: the normalised sample t and the lower-branch test.
+template <const FloatRow& M>
+inline float FwdT(float x, const Range& r, bool& lower) {
+    if constexpr (M.dblInv) {
+        const double td = static_cast<double>(x) * r.invd;
+        lower = M.dblTest ? static_cast<double>(0.018f) > td : 0.018f > static_cast<float>(td);
+        return static_cast<float>(td);
+    } else {
+        const float t = r.inv * x;
+        lower = 0.018f > t;
+        return t;
+    }
+}
+template <const FloatRow& M>
+inline float FwdUpper(float p, const Range& r) {
+    const float v = (1.099f * p - 0.099f) * r.range + r.vMin;
+    return M.twiceMin ? v + r.vMin : v;
+}
+
+// Inverse: the base of the power, and the lower-branch test.
+template <const FloatRow& M>
+inline float InvBase(float x, const Range& r) {
+    if constexpr (M.dblTest) {
+        const double xd = static_cast<double>(x) * r.invd;
+        return static_cast<float>((xd + static_cast<double>(0.099f)) * static_cast<double>(0.9099181f));
+    } else {
+        return (x * r.inv + 0.099f) * 0.9099181f;
+    }
+}
+template <const FloatRow& M>
+inline bool InvLower(float x, const Range& r) {
+    if constexpr (M.dblTest) return static_cast<double>(0.0812f) > static_cast<double>(x) * r.invd;
+    else return 0.0812f > r.inv * x;
+}
+template <const FloatRow& M>
+inline float InvChoice(float x, float p, const Range& r) {
+    if (InvLower<M>(x, r)) return 0.22222222f * x;
+    return M.scaleRange ? p * r.range : p;
+}
+
+// Forward, C3 and planar: the scalar power sample by sample.
+template <const FloatRow& M>
+void FwdRowScalar(const float* s, float* d, int n, const Range& r) {
+    for (int i = 0; i < n; ++i) {
+        const float x = s[i] - r.vMin;
+        bool lower;
+        const float t = FwdT<M>(x, r, lower);
+        if (lower) {
+            d[i] = 4.5f * x + r.vMin;
+        } else {
+            // A positive finite t needs none of the power's special cases.
+            const uint32_t bt = pw::FBits(t);
+            const float p = bt - 1u < 0x7F7FFFFFu ? pw::LogExpF(bt, kFwdPower, false) : mx_zilsPowOneF(t, kFwdPower);
+            d[i] = FwdUpper<M>(p, r);
+        }
+    }
+}
+
+// Inverse, C3 and planar: x for the whole row into the destination, then
+// blocks of 384 through a local buffer (bases, power in place, choice back),
+// then vMin added to the row.
+template <const FloatRow& M>
+void InvRow(const float* s, float* d, int n, const Range& r) {
+    mx_zilsSubC_32f(s, d, n, r.vMin);
+    float buf[kBlock];
+    for (int b = 0; b < n; b += kBlock) {
+        const int len = n - b < kBlock ? n - b : kBlock;
+        for (int i = 0; i < len; ++i) buf[i] = InvBase<M>(d[b + i], r);
+        mx_zilsPowx_32f_A21(buf, buf, len, kInvPower);
+        for (int i = 0; i < len; ++i) d[b + i] = InvChoice<M>(d[b + i], buf[i], r);
+    }
+    mx_zilsAddC_32f(d, d, n, r.vMin);
+}
+
+// AC4, both directions: blocks of 128 pixels whose 384 colour samples the
+// buffer holds packed; alpha is neither read nor written.
+template <const FloatRow& M>
+void Ac4Row(const float* s, float* d, int w, const Range& r) {
+    float buf[kBlock];
+    for (int b = 0; b < w; b += kBlock / 3) {
+        const int px = w - b < kBlock / 3 ? w - b : kBlock / 3;
+        const float* sb = s + 4 * b;
+        float* db = d + 4 * b;
+        bool lower;
+        for (int i = 0; i < px; ++i)
+            for (int c = 0; c < 3; ++c) {
+                const float x = sb[4 * i + c] - r.vMin;
+                if constexpr (M.inverse) buf[3 * i + c] = InvBase<M>(x, r);
+                else buf[3 * i + c] = FwdT<M>(x, r, lower);
+            }
+        mx_zilsPowx_32f_A21(buf, buf, 3 * px, M.inverse ? kInvPower : kFwdPower);
+        for (int i = 0; i < px; ++i)
+            for (int c = 0; c < 3; ++c) {
+                const float x = sb[4 * i + c] - r.vMin;
+                const float p = buf[3 * i + c];
+                float out;
+                if constexpr (M.inverse) {
+                    out = InvChoice<M>(x, p, r) + r.vMin;
+                } else {
+                    FwdT<M>(x, r, lower);
+                    out = lower ? 4.5f * x + r.vMin : FwdUpper<M>(p, r);
+                }
+                db[4 * i + c] = out;
+            }
+    }
+}
+
+template <const FloatRow& M>
+ZilStatus FloatImage(const Job<float>& j, float vMin, float vMax) {
+    const float range = vMax - vMin;
+    const Range r{vMin, range, 1.0f / range, 1.0 / static_cast<double>(range)};
+    ForEachRow(j, [&](const float* s, float* d) {
+        if constexpr (M.lay == Lay::AC4) Ac4Row<M>(s, d, j.units, r);
+        else if constexpr (M.inverse) InvRow<M>(s, d, j.units, r);
+        else FwdRowScalar<M>(s, d, j.units, r);
+    });
+    return zilStatusOk;
+}
+
+// ---------------------------------------------------------------------------
+// Check layers, one per argument shape.
+
+template <class T>
+ZilStatus Packed(const T* src, int srcStep, T* dst, int dstStep, ZilSize roi, Lay lay, const T* tab) {
+    if (const ZilStatus st = CheckRest(AnyNull(src, dst), roi, srcStep, dstStep)) return st;
+    return LutImage(PackedJob(src, srcStep, dst, dstStep, roi, lay), lay, tab);
+}
+template <class T>
+ZilStatus Planes(const T* const src[3], int srcStep, T* const dst[3], int dstStep, ZilSize roi, const T* tab) {
+    if (const ZilStatus st = CheckRest(AnyNullPlanes(src) || AnyNullPlanes(dst), roi, srcStep, dstStep)) return st;
+    return LutImage(PlanarJob(src, srcStep, dst, dstStep, roi), Lay::P3, tab);
+}
+
+template <const FloatRow& M>
+ZilStatus PackedF(const float* src, int srcStep, float* dst, int dstStep, ZilSize roi, float vMin, float vMax) {
+    if (BadRange(vMin, vMax)) return zilStatusBadRange;
+    if (const ZilStatus st = CheckRest(AnyNull(src, dst), roi, srcStep, dstStep)) return st;
+    return FloatImage<M>(PackedJob(src, srcStep, dst, dstStep, roi, M.lay), vMin, vMax);
+}
+template <const FloatRow& M>
+ZilStatus PlanesF(const float* const src[3], int srcStep, float* const dst[3], int dstStep, ZilSize roi, float vMin,
+                  float vMax) {
+    if (BadRange(vMin, vMax)) return zilStatusBadRange;
+    if (const ZilStatus st = CheckRest(AnyNullPlanes(src) || AnyNullPlanes(dst), roi, srcStep, dstStep)) return st;
+    return FloatImage<M>(PlanarJob(src, srcStep, dst, dstStep, roi), vMin, vMax);
+}
+
+}  // namespace
+}  // namespace zil::gamma
+
+using namespace zil::gamma;
+
+// Integer forms: table and layout.
+#define ZIL_GAMMA_INT(Dir, code, T, tab)                                                                            \
+    ZIL_IMPL ZilStatus mx_ziliGamma##Dir##_##code##_C3R(const T* s, int ss, T* d, int ds, ZilSize r) {             \
+        return Packed<T>(s, ss, d, ds, r, Lay::C3, tab);                                                            \
+    }                                                                                                               \
+    ZIL_IMPL ZilStatus mx_ziliGamma##Dir##_##code##_C3IR(T* sd, int st, ZilSize r) {                               \
+        return Packed<T>(sd, st, sd, st, r, Lay::C3, tab);                                                          \
+    }                                                                                                               \
+    ZIL_IMPL ZilStatus mx_ziliGamma##Dir##_##code##_AC4R(const T* s, int ss, T* d, int ds, ZilSize r) {            \
+        return Packed<T>(s, ss, d, ds, r, Lay::AC4, tab);                                                           \
+    }                                                                                                               \
+    ZIL_IMPL ZilStatus mx_ziliGamma##Dir##_##code##_AC4IR(T* sd, int st, ZilSize r) {                              \
+        return Packed<T>(sd, st, sd, st, r, Lay::AC4, tab);                                                         \
+    }                                                                                                               \
+    ZIL_IMPL ZilStatus mx_ziliGamma##Dir##_##code##_P3R(const T* const s[3], int ss, T* const d[3], int ds,        \
+                                                        ZilSize r) {                                                \
+        return Planes<T>(s, ss, d, ds, r, tab);                                                                     \
+    }                                                                                                               \
+    ZIL_IMPL ZilStatus mx_ziliGamma##Dir##_##code##_IP3R(T* const sd[3], int st, ZilSize r) {                      \
+        return Planes<T>(sd, st, sd, st, r, tab);                                                                   \
+    }
+
+ZIL_GAMMA_INT(Fwd, 8u, uint8_t, tableFwd8u)
+ZIL_GAMMA_INT(Inv, 8u, uint8_t, tableInv8u)
+ZIL_GAMMA_INT(Fwd, 16u, uint16_t, tableFwd16u)
+ZIL_GAMMA_INT(Inv, 16u, uint16_t, tableInv16u)
+#undef ZIL_GAMMA_INT
+
+// Float forms: one member row each.
+#define ZIL_GAMMA_32F(name, row)                                                                                  \
+    ZIL_IMPL ZilStatus mx_ziliGamma##name##R(const float* s, int ss, float* d, int ds, ZilSize r, float lo,        \
+                                            float hi) {                                                            \
+        return PackedF<row>(s, ss, d, ds, r, lo, hi);                                                              \
+    }
+#define ZIL_GAMMA_32F_I(name, row)                                                                                \
+    ZIL_IMPL ZilStatus mx_ziliGamma##name##IR(float* sd, int st, ZilSize r, float lo, float hi) {                  \
+        return PackedF<row>(sd, st, sd, st, r, lo, hi);                                                            \
+    }
+ZIL_GAMMA_32F(Fwd_32f_C3, kFwdC3)
+ZIL_GAMMA_32F_I(Fwd_32f_C3, kFwdC3)
+ZIL_GAMMA_32F(Fwd_32f_AC4, kFwdAC4R)
+ZIL_GAMMA_32F_I(Fwd_32f_AC4, kFwdAC4IR)
+ZIL_GAMMA_32F(Inv_32f_C3, kInvC3R)
+ZIL_GAMMA_32F_I(Inv_32f_C3, kInvC3IR)
+ZIL_GAMMA_32F(Inv_32f_AC4, kInvAC4)
+ZIL_GAMMA_32F_I(Inv_32f_AC4, kInvAC4)
+#undef ZIL_GAMMA_32F
+#undef ZIL_GAMMA_32F_I
+
+ZIL_IMPL ZilStatus mx_ziliGammaFwd_32f_P3R(const float* const s[3], int ss, float* const d[3], int ds, ZilSize r,
+                                           float lo, float hi) {
+    return PlanesF<kFwdP3>(s, ss, d, ds, r, lo, hi);
+}
+ZIL_IMPL ZilStatus mx_ziliGammaFwd_32f_IP3R(float* const sd[3], int st, ZilSize r, float lo, float hi) {
+    return PlanesF<kFwdP3>(sd, st, sd, st, r, lo, hi);
+}
+ZIL_IMPL ZilStatus mx_ziliGammaInv_32f_P3R(const float* const s[3], int ss, float* const d[3], int ds, ZilSize r,
+                                           float lo, float hi) {
+    return PlanesF<kInvP3>(s, ss, d, ds, r, lo, hi);
+}
+ZIL_IMPL ZilStatus mx_ziliGammaInv_32f_IP3R(float* const sd[3], int st, ZilSize r, float lo, float hi) {
+    return PlanesF<kInvP3>(sd, st, sd, st, r, lo, hi);
+}
