@@ -343,6 +343,40 @@ ZilStatus ziliReduceBits_8u1u_C1R(const uint8_t* src, int srcStep, uint8_t* dst,
 /* (end of Colour twist and tone mapping) */
 
 /* ---- Full-resolution YCbCr and gray ---------------------------------------------------------- */
+/* RGB <-> full-resolution YCbCr (video range: Y = 0.257 R + 0.504 G + 0.098 B
+ * + 16 on 16..235, Cb and Cr on 16..240 around 128; 16 fraction bits).
+ * Plane arrays: Y, Cb, Cr; all three planes have the full extent and share
+ * one step. Minimum size 1x1. Forward results are stored without a clamp
+ * (they cannot leave their ranges); reverse results are clamped to 0..255.
+ * Order of checks: pointer arguments (src, dst or the arrays), then the size,
+ * then the plane entries - except where noted "entries first", where the
+ * plane entries are tested with the pointers, before the size. Steps are not
+ * tested; negative steps walk upwards. Nothing is written on an error.     */
+ZilStatus ziliRGBToYCbCr_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Fourth destination byte is left untouched. */
+ZilStatus ziliRGBToYCbCr_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Entries first. */
+ZilStatus ziliRGBToYCbCr_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Entries first; the dst array itself is not tested and must be valid. */
+ZilStatus ziliRGBToYCbCr_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Source entries are tested before destination entries. */
+ZilStatus ziliRGBToYCbCr_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Reverse, rounding: R = (76282 Y + 104593 v - 1187744) >> 16 and alike,
+ * u = Cb - 128, v = Cr - 128. */
+ZilStatus ziliYCbCrToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Finer coefficients (76284, ...), flooring; fourth byte left untouched. */
+ZilStatus ziliYCbCrToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Entries first. */
+ZilStatus ziliYCbCrToRGB_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Entries first; B, G, R at bytes 0, 1, 2. */
+ZilStatus ziliYCbCrToBGR_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* R, G, B, alpha. */
+ZilStatus ziliYCbCrToRGB_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Entries first; B, G, R, alpha. */
+ZilStatus ziliYCbCrToBGR_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Finer coefficients, rounding; destination entries are tested before source
+ * entries. */
+ZilStatus ziliYCbCrToRGB_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
 /* (end of Full-resolution YCbCr and gray) */
 
 /* ---- Subsampled YCbCr and BT.709 ---------------------------------------------------------- */

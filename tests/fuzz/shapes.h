@@ -249,6 +249,18 @@ inline constexpr Row kRows[] = {
     // (end of Colour twist and tone mapping)
 
     // Full-resolution YCbCr and gray
+    ZROW(ziliRGBToYCbCr_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliRGBToYCbCr_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliRGBToYCbCr_8u_C3P3R, "sSdDz", kC3, kP3, kNone),
+    ZROW(ziliRGBToYCbCr_8u_AC4P3R, "sSdDz", kAC4, Planes(3, StepOne, kFull, kFull, kFull, {}, 0x07), kNone),
+    ZROW(ziliRGBToYCbCr_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliYCbCrToRGB_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliYCbCrToRGB_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliYCbCrToRGB_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliYCbCrToBGR_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliYCbCrToRGB_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
+    ZROW(ziliYCbCrToBGR_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
+    ZROW(ziliYCbCrToRGB_8u_P3R, "sSdDz", kP3, kP3, kNone),
     // (end of Full-resolution YCbCr and gray)
 
     // Subsampled YCbCr and BT.709. 4:2:2 chroma planes w/2 a row, 4:1:1 w/4,
