@@ -9,7 +9,7 @@
 // cells of these rows; those differences are results and stay.
 #pragma once
 
-#include "zil_common.h"
+#include "ycbcr_coeffs.h"
 
 namespace zil::sub {
 
@@ -18,15 +18,13 @@ namespace zil::sub {
 struct FwdSet {
     int32_t yr, yg, yb, ur, ug, ub, vr, vg, vb;
 };
-// Video range, 0.257 / 0.504 / 0.098 luma.
-inline constexpr FwdSet k601{16843, 33030, 6423, -9699, -19071, 28770, 28770, -24117, -4653};
+// Video range, the weights of the full-resolution YCbCr members.
+inline constexpr FwdSet k601{ycbcr::kYR,  ycbcr::kYG,  ycbcr::kYB,  ycbcr::kCbR, ycbcr::kCbG,
+                             ycbcr::kCbB, ycbcr::kCrR, ycbcr::kCrG, ycbcr::kCrB};
 // Video range with 0.183 / 0.614 / 0.062 luma.
 inline constexpr FwdSet k709Csc{11993, 40239, 4063, -6619, -22151, 28770, 28770, -26149, -2621};
 // Unit luma gain with 0.2130 / 0.7150 / 0.0720 luma.
 inline constexpr FwdSet k709Hdtv{13959, 46858, 4719, -7668, -25821, 33489, 33489, -30409, -3080};
-static_assert(k601.yr + k601.yg + k601.yb == 56296 && k601.ur + k601.ug + k601.ub == 0 &&
-                  k601.vr + k601.vg + k601.vb == 0,
-              "gray has neutral chroma");
 static_assert(k709Csc.ur + k709Csc.ug + k709Csc.ub == 0 && k709Csc.vr + k709Csc.vg + k709Csc.vb == 0, "709 neutral");
 static_assert(k709Hdtv.yr + k709Hdtv.yg + k709Hdtv.yb == 65536 && k709Hdtv.ur + k709Hdtv.ug + k709Hdtv.ub == 0 &&
                   k709Hdtv.vr + k709Hdtv.vg + k709Hdtv.vb == 0,
@@ -85,20 +83,21 @@ inline constexpr int32_t kFilterRound = -8355841, kFilterOdd = -8355840;
 struct InvSet {
     int32_t k, a, b, c, d, oR, oG, oB;
 };
+// A set of the full-resolution members, with one offset for all three channels.
+constexpr InvSet Same(const ycbcr::InvSet& s) { return {s.k, s.a, s.b, s.c, s.d, s.o, s.o, s.o}; }
 // Rounded: o = -16 k + 32768.
-inline constexpr InvSet kInvE{76284, 104595, 25690, 53281, 132186, -1187776, -1187776, -1187776};
-inline constexpr InvSet kInvF{76282, 104593, 25689, 53279, 132184, -1187744, -1187744, -1187744};
+inline constexpr InvSet kInvE = Same(ycbcr::kInvFine);
+inline constexpr InvSet kInvF = Same(ycbcr::kInvRound);
 // Floored: o = -16 k exactly.
 inline constexpr InvSet kInvH{76294, 104595, 25625, 53281, 132186, -1220704, -1220704, -1220704};
 // Floored, written on Cb and Cr without subtracting 128 first:
 //   (76284 Y + 104595 Cr - 14608761), (76284 Y - 25690 Cb - 53281 Cr + 8887730),
 //   (76284 Y + 132186 Cb - 18140365); moved onto u and v, each channel keeps its
 // own offset.
-inline constexpr InvSet kInvG{76284, 104595, 25690, 53281, 132186, -14608761 + 104595 * 128,
-                              8887730 - (25690 + 53281) * 128, -18140365 + 132186 * 128};
+inline constexpr InvSet kInvG{kInvE.k, kInvE.a, kInvE.b, kInvE.c, kInvE.d, -14608761 + kInvE.a * 128,
+                              8887730 - (kInvE.b + kInvE.c) * 128, -18140365 + kInvE.d * 128};
 static_assert(kInvG.oR == -1220601 && kInvG.oG == -1220558 && kInvG.oB == -1220557, "class G offsets");
-static_assert(kInvE.oR == -16 * kInvE.k + 32768 && kInvF.oR == -16 * kInvF.k + 32768 && kInvH.oR == -16 * kInvH.k,
-              "offsets");
+static_assert(kInvH.oR == -16 * kInvH.k, "class H floors");
 inline constexpr InvSet kInvCsc{76284, 117506, 13959, 34996, 138609, -1187776, -1187776, -1187776};
 // Unit gain: yy = Y << 16, rounded.
 inline constexpr InvSet kInvHdtv{65536, 100925, 11993, 30081, 119013, 32768, 32768, 32768};

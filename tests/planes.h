@@ -22,7 +22,8 @@ using ziltest::GuardBuf;
 
 // ---- one table of every export's argument shape ---------------------------------
 // Plane extents: bytes a row and rows, as functions of the full image size.
-enum class Ext { C3, C4, C2, Full, Half422, Half420 };
+// Quarter411: w/4 by h; Pairs420: w/2 Cb, Cr pairs by h/2.
+enum class Ext { C3, C4, C2, Full, Half422, Half420, Quarter411, Pairs420 };
 inline int RowBytes(Ext e, int w) {
     switch (e) {
         case Ext::C3: return 3 * w;
@@ -31,10 +32,12 @@ inline int RowBytes(Ext e, int w) {
         case Ext::Full: return w;
         case Ext::Half422: return (w + 1) / 2;
         case Ext::Half420: return w / 2;
+        case Ext::Quarter411: return w / 4;
+        case Ext::Pairs420: return 2 * (w / 2);
     }
     return 0;
 }
-inline int Rows(Ext e, int h) { return e == Ext::Half420 ? h / 2 : h; }
+inline int Rows(Ext e, int h) { return e == Ext::Half420 || e == Ext::Pairs420 ? h / 2 : h; }
 
 // Uniform arguments; the adapter passes what its export takes. The null*
 // flags replace a plane array or step array by a null pointer.
@@ -65,7 +68,16 @@ struct Member {
     int minW, minH;
     bool entriesFirst = false;    // plane entries are tested before the size
     bool dstArrUntested = false;  // the dst array itself is read without a test
+    bool sizeFirst = false;       // the size is tested before the pointers
+    bool cells411 = false;        // groups of four, zilStatusOddSize when the width is no multiple of 4
+    bool readsBefore = false;     // a width of 1 reads the byte before each source row
 };
+// The status of a call that passes every check.
+inline ZilStatus WantStatus(const Member& m, int w, int h) {
+    if (m.cells420 && ((w | h) & 1)) return zilStatusOddSize;
+    if (m.cells411 && (w & 3)) return zilStatusOddSize;
+    return zilStatusOk;
+}
 
 #define ZIL_P(fn) [](const Args& a) { return fn(a.s[0], a.ss[0], a.d[0], a.ds[0], a.sz); }
 // Plane lists of the shapes.

@@ -14,9 +14,11 @@ TEST_P(PlaneMember, NullPointersAndSizesGiveStatusesInOrderAndWriteNothing) {
     const bool srcArr = m.arrays & kSrcArr, dstArr = m.arrays & kDstArr;
     for (int bad = 0; bad < 2; ++bad) {
         const bool bs = bad != 0;
-        // Pointers passed directly, and the arrays themselves, outrank the size.
-        if (!srcArr) cases.push_back({"src", [](Args& a) { a.s[0] = nullptr; }, bs, zilStatusNullPointer});
-        if (!dstArr) cases.push_back({"dst", [](Args& a) { a.d[0] = nullptr; }, bs, zilStatusNullPointer});
+        // Pointers passed directly, and the arrays themselves, outrank the size
+        // (unless the member tests the size first).
+        const ZilStatus direct = bs && m.sizeFirst ? zilStatusBadSize : zilStatusNullPointer;
+        if (!srcArr) cases.push_back({"src", [](Args& a) { a.s[0] = nullptr; }, bs, direct});
+        if (!dstArr) cases.push_back({"dst", [](Args& a) { a.d[0] = nullptr; }, bs, direct});
         if (srcArr) cases.push_back({"src array", [](Args& a) { a.nullSrcArr = true; }, bs, zilStatusNullPointer});
         if (dstArr && !m.dstArrUntested)
             cases.push_back({"dst array", [](Args& a) { a.nullDstArr = true; }, bs, zilStatusNullPointer});
@@ -56,10 +58,9 @@ TEST_P(PlaneMember, EveryExtentStaysInsideItsPlanes) {
     for (auto side : {GuardBuf::After, GuardBuf::Before})
         for (int w : {1, 2, 3, 5, 17})
             for (int h : {1, 2, 3}) {
-                if (w < m.minW || h < m.minH) continue;
+                if (w < m.minW || h < m.minH || (m.readsBefore && w == 1 && side == GuardBuf::Before)) continue;
                 Image img(m, w, h, 0, uint32_t(w * 31 + h), 0x5A, side);
-                const ZilStatus want = m.cells420 && ((w | h) & 1) ? zilStatusOddSize : zilStatusOk;
-                EXPECT_EQ(m.call(img.args), want) << m.name << " " << w << "x" << h;
+                EXPECT_EQ(m.call(img.args), WantStatus(m, w, h)) << m.name << " " << w << "x" << h;
             }
 }
 
@@ -69,7 +70,7 @@ TEST_P(PlaneMember, RowPaddingIsUntouched) {
     if (m.dense) GTEST_SKIP() << "dense planes have no padding";
     const int w = 5, h = 4, pad = 9;
     Image img(m, w, h, pad, 11);
-    ASSERT_EQ(m.call(img.args), m.cells420 ? zilStatusOddSize : zilStatusOk);
+    ASSERT_EQ(m.call(img.args), WantStatus(m, w, h));
     for (size_t i = 0; i < m.dst.size(); ++i) {
         const int rb = RowBytes(m.dst[i], w), step = rb + pad;
         for (int y = 0; y + 1 < Rows(m.dst[i], h); ++y)
@@ -104,8 +105,8 @@ TEST_P(PlaneMember, NegativeStepsWalkUpwards) {
         a.d[i] += size_t(Rows(m.dst[i], h) - 1) * st;
         if (i < 3) a.ds[i] = -st;
     }
-    ASSERT_EQ(m.call(down.args), zilStatusOk);
-    ASSERT_EQ(m.call(a), zilStatusOk);
+    ASSERT_EQ(m.call(down.args), WantStatus(m, w, h));
+    ASSERT_EQ(m.call(a), WantStatus(m, w, h));
     for (size_t i = 0; i < m.dst.size(); ++i) {
         const int rows = Rows(m.dst[i], h), rb = RowBytes(m.dst[i], w), st = i < 3 ? down.args.ds[i] : down.args.ds[0];
         for (int y = 0; y < rows; ++y)
@@ -121,11 +122,11 @@ TEST_P(PlaneMember, NegativeStepsWalkUpwards) {
 TEST_P(PlaneMember, WideRowsEqualTheirColumnStrips) {
     const Member& m = GetParam();
     if (m.dense) GTEST_SKIP() << "no steps";
+    if (m.cells411) GTEST_SKIP() << "strips start at even columns, not at whole groups of four";
     for (int w : {255, 256, 257, 1000, 1921})
         for (int h : {2, 3}) {
             Image whole(m, w, h, 5, uint32_t(w + h)), strips(m, w, h, 5, uint32_t(w + h));
-            const ZilStatus want = m.cells420 && ((w | h) & 1) ? zilStatusOddSize : zilStatusOk;
-            ASSERT_EQ(m.call(whole.args), want) << m.name << " " << w << "x" << h;
+            ASSERT_EQ(m.call(whole.args), WantStatus(m, w, h)) << m.name << " " << w << "x" << h;
             const int cycle[3] = {2, 6, 64};
             for (int x = 0, k = 0; x < w; ++k) {
                 int sw = cycle[k % 3];
