@@ -71,6 +71,8 @@ struct Member {
     bool sizeFirst = false;       // the size is tested before the pointers
     bool cells411 = false;        // groups of four, zilStatusOddSize when the width is no multiple of 4
     bool readsBefore = false;     // a width of 1 reads the byte before each source row
+    bool wholeRows = false;       // column strips differ from whole rows: a filter carries its left
+                                  // neighbour, or cells are groups of four
 };
 // The status of a call that passes every check.
 inline ZilStatus WantStatus(const Member& m, int w, int h) {
