@@ -429,6 +429,7 @@ ZilStatus ziliRGBToYCbCr422_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* c
  * the library's forward 8-bit gamma table. */
 ZilStatus ziliBGRToCbYCr422_8u_AC4C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
 ZilStatus ziliRGBToCbYCr422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToCbYCr422Gamma_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
 /* Reverse (u = Cb - 128, v = Cr - 128, clamped to 0..255):
  * R = (76284 Y + 104595 v - 1187776) >> 16, G = (76284 Y - 25690 u - 53281 v
  * - 1187776) >> 16, B = (76284 Y + 132186 u - 1187776) >> 16, rounded; chroma

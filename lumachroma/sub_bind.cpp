@@ -2,6 +2,8 @@
 // member row, kernel and check row.
 #include "sub_bind.h"
 
+#include "curves/gamma_tables.h"
+
 namespace zil::sub {
 namespace {
 
@@ -61,17 +63,22 @@ ZIL_SUB_CPS(ziliBGRToYCbCr422_8u_AC4P3R, ToPlanes<kC422P3<4>, kAll21, kBGRA4, 1>
 ZIL_SUB_CPS(ziliRGBToYCbCr422_8u_C3P3R, ToPlanes<kD422P3, kAll21, kRGB3, 1>)
 ZIL_SUB_C(ziliBGRToCbYCr422_8u_AC4C2R, ToPacked<kCbYCrAC4C2, kPtr11, kBGRA4, kCbYCr>)
 
-// The filtered CbYCr form: luma lanes 2 bytes apart from byte 1, Cb and Cr 4.
-ZIL_IMPL ZilStatus mx_ziliRGBToCbYCr422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep,
-                                                ZilSize sz) {
+// The filtered CbYCr forms: luma lanes 2 bytes apart from byte 1, Cb and Cr 4;
+// the gamma form first passes every source byte through the forward gamma table.
+namespace {
+template <const uint8_t* Curve>
+ZilStatus FilteredCbYCr(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
     if (ZilStatus st = Run<kPtr11>(AnyNull(src, dst), kNoEntries, sz)) return st;
     Walk w{};
     SrcPixels(w, src, srcStep, kRGB3, 1);
     w.at.d[0] = dst + 1, w.at.d[1] = dst, w.at.d[2] = dst + 2;
     w.ds[0] = w.ds[1] = w.ds[2] = dstStep;
-    yuv::WalkRows<CbYCrFilterRow<nullptr>>(w, sz.width, sz.height, 0);
+    yuv::WalkRows<CbYCrFilterRow<Curve>>(w, sz.width, sz.height, 0);
     return zilStatusOk;
 }
+}  // namespace
+ZIL_SUB_C(ziliRGBToCbYCr422_8u_C3C2R, FilteredCbYCr<nullptr>)
+ZIL_SUB_C(ziliRGBToCbYCr422Gamma_8u_C3C2R, FilteredCbYCr<tableFwd8u>)
 
 // ---- reverse 4:2:2 --------------------------------------------------------------
 ZIL_SUB_CC(ziliYCbCr422ToRGB_8u_C2C3R, FromPacked<kStream<kE422Swap, 3>, kPtr11, kYCbCr, kRGB3>)

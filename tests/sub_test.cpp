@@ -40,6 +40,7 @@ const Member kMembers[] = {
     {"RGBToYCbCr422_C3P3R",    ZIL_CPS(ziliRGBToYCbCr422_8u_C3P3R),                  kC3,  k422, kPD,     F, F, 2, 1, T},
     {"BGRToCbYCr422_AC4C2R",   ZIL_P(ziliBGRToCbYCr422_8u_AC4C2R),                   kC4,  kC2,  kNone,   F, F, 1, 1},
     {"RGBToCbYCr422_C3C2R",    ZIL_P(ziliRGBToCbYCr422_8u_C3C2R),                    kC3,  kC2,  kNone,   F, F, 1, 1, F, F, F, F, F, T},
+    {"RGBToCbYCr422Gamma_C3C2R", ZIL_P(ziliRGBToCbYCr422Gamma_8u_C3C2R),             kC3,  kC2,  kNone,   F, F, 1, 1, F, F, F, F, F, T},
     {"YCbCr422ToRGB_C2C3R",    ZIL_P(ziliYCbCr422ToRGB_8u_C2C3R),                    kC2,  kC3,  kNone,   F, F, 1, 1},
     {"YCbCr422ToRGB_C2C4R",    ZIL_C4(ziliYCbCr422ToRGB_8u_C2C4R),                   kC2,  kC4,  kNone,   F, F, 1, 1},
     {"YCbCr422ToBGR_C2C3R",    ZIL_P(ziliYCbCr422ToBGR_8u_C2C3R),                    kC2,  kC3,  kNone,   F, F, 2, 1},
@@ -184,6 +185,15 @@ TEST(SubForward422, CbYCrFilterCarriesTheLeftNeighbourWithinARow) {
     const Bytes want{212, 41, 114, 41, 240, 41, 110, 41, 240, 41};
     EXPECT_EQ(Got(*img.dst[0], 0, 10), want);
     EXPECT_EQ(Got(*img.dst[0], 10, 10), want);  // the carry restarts on every row
+    // The gamma form first maps each byte: tableFwd8u[3] = 14. Blue 14 alone gives
+    // Y (89922 + 1081344) >> 16 = 17.9: 17, Cb (402780 - 8355840) >> 16 = -121.4: 134;
+    // blue 3 without the curve Y 1100613 >> 16: 16, Cb -8269530 >> 16 = -126.2: 129.
+    for (const char* name : {"RGBToCbYCr422_C3C2R", "RGBToCbYCr422Gamma_C3C2R"}) {
+        Image one(M(name), 1, 1, 0, 1);
+        Put(one, M(name), 0, {{0, 0, 3}});
+        ASSERT_EQ(M(name).call(one.args), zilStatusOk);
+        EXPECT_EQ(Got(*one.dst[0], 0, 2), std::strstr(name, "Gamma") ? Bytes{134, 17} : Bytes{129, 16}) << name;
+    }
 }
 
 // 709HDTV, limited to 1..254: black Y (0 + 32768) >> 16 = 0: 1; pair chroma

@@ -279,6 +279,7 @@ inline constexpr Row kRows[] = {
     ZROW(ziliRGBToYCbCr422_8u_C3P3R, "sSdDz", kC3, ZS_422, kNone),
     ZROW(ziliBGRToCbYCr422_8u_AC4C2R, "sSdDz", kAC4, kC2, kNone),
     ZROW(ziliRGBToCbYCr422_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliRGBToCbYCr422Gamma_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
     ZROW(ziliYCbCr422ToRGB_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
     ZROW(ziliYCbCr422ToRGB_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
     ZROW(ziliYCbCr422ToBGR_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
