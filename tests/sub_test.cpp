@@ -192,7 +192,7 @@ TEST(SubForward422, CbYCrFilterCarriesTheLeftNeighbourWithinARow) {
         Image one(M(name), 1, 1, 0, 1);
         Put(one, M(name), 0, {{0, 0, 3}});
         ASSERT_EQ(M(name).call(one.args), zilStatusOk);
-        EXPECT_EQ(Got(*one.dst[0], 0, 2), std::strstr(name, "Gamma") ? Bytes{134, 17} : Bytes{129, 16}) << name;
+        EXPECT_EQ(Got(*one.dst[0], 0, 2), (std::strstr(name, "Gamma") ? Bytes{134, 17} : Bytes{129, 16})) << name;
     }
 }
 
