@@ -5,6 +5,7 @@
 #pragma once
 
 #include "sub_members.h"
+#include "ycbcr_kernels.h"
 #include "yuv_rows.h"
 
 namespace zil::sub {
@@ -22,13 +23,55 @@ inline uint8_t Put(int32_t x) {
 // SB bytes a pixel; d[0], d[1] luma of the two rows, DY bytes a pixel; d[2] Cb,
 // d[3] Cr, DC bytes a cell. CW pixels by CH rows form a cell. FirstCr: in a
 // packed stream the cell's first chroma byte is Cr (the odd column's target).
+//
+// Whole chunks of kChunkCells cells go through FwdChunk: the channels of each
+// position in the cell are gathered into 16-bit arrays and the sums taken with
+// 16-bit constants (ycbcr::DotQ16, exact over these ranges); (x >> 16) >> 2
+// equals x >> 18. The rest of the row takes the per-pixel loop.
+template <const FwdMember& M, int SB, int DY, int DC, int CW, int CH>
+inline void FwdChunk(const Rows& rw, int i0) {
+    constexpr FwdSet k = M.k;
+    constexpr int N = yuv::kChunkCells;
+    uint16_t R[CH][CW][N], G[CH][CW][N], B[CH][CW][N];
+    for (int y = 0; y < CH; ++y)
+        for (int p = 0; p < CW; ++p) {
+            const int at = (i0 * CW + p) * SB;
+            yuv::Gather3<CW * SB, N>(rw.s[3 * y] + at, rw.s[3 * y + 1] + at, rw.s[3 * y + 2] + at, R[y][p], G[y][p],
+                                     B[y][p]);
+        }
+    uint8_t Yo[CH][CW][N], Cb[N], Cr[N];
+    for (int j = 0; j < N; ++j) {
+        int16_t sr = 0, sg = 0, sb = 0;
+        for (int y = 0; y < CH; ++y)
+            for (int p = 0; p < CW; ++p) {
+                const int16_t r = int16_t(R[y][p][j]), g = int16_t(G[y][p][j]), b = int16_t(B[y][p][j]);
+                sr = int16_t(sr + r), sg = int16_t(sg + g), sb = int16_t(sb + b);
+                const int16_t l = p ? ycbcr::DotQ16<k.yr, k.yg, k.yb, M.y1>(r, g, b)
+                                    : ycbcr::DotQ16<k.yr, k.yg, k.yb, M.y0>(r, g, b);
+                Yo[y][p][j] = Put<M.store>(l);
+            }
+        Cb[j] = Put<M.store>(ycbcr::DotQ16<k.ur, k.ug, k.ub, M.cb>(sr, sg, sb) >> (M.shift - 16));
+        Cr[j] = Put<M.store>(ycbcr::DotQ16<k.vr, k.vg, k.vb, M.cr>(sr, sg, sb) >> (M.shift - 16));
+    }
+    for (int y = 0; y < CH; ++y) {
+        uint8_t* __restrict py = rw.d[y] + i0 * CW * DY;
+        for (int j = 0; j < N; ++j)
+            for (int p = 0; p < CW; ++p) py[(j * CW + p) * DY] = Yo[y][p][j];
+    }
+    uint8_t* __restrict cb = rw.d[2] + i0 * DC;
+    uint8_t* __restrict cr = rw.d[3] + i0 * DC;
+    for (int j = 0; j < N; ++j) cb[j * DC] = Cb[j], cr[j * DC] = Cr[j];
+}
+
 template <const FwdMember& M, int SB, int DY, int DC, int CW, int CH, bool FirstCr = false>
 void FwdRow(const Rows& rw, int width, uint8_t) {
     constexpr FwdSet k = M.k;
     const int cells = width / CW;
     uint8_t* __restrict cb = rw.d[2];
     uint8_t* __restrict cr = rw.d[3];
-    for (int i = 0; i < cells; ++i) {
+    int i = 0;
+    for (; i + yuv::kChunkCells <= cells; i += yuv::kChunkCells) FwdChunk<M, SB, DY, DC, CW, CH>(rw, i);
+    for (; i < cells; ++i) {
         int32_t sr = 0, sg = 0, sb = 0;
         for (int y = 0; y < CH; ++y) {
             const uint8_t* __restrict pr = rw.s[3 * y];
@@ -127,13 +170,55 @@ inline void PutRgb(const InvSet& K, uint8_t* const* d, int x, int32_t y, Terms t
 // (SC bytes a cell); d[0..3] R, G, B, A of the first row and d[4..7] of the
 // second, DB bytes a pixel. OwnCr: in a packed stream the half cell's own
 // chroma byte is Cr.
+//
+// Whole chunks of kChunkCells cells go through InvChunk, in 16-bit lanes: with
+// k = 65536 + kL and a cell's chroma term C = cH 2^16 + cL (0 <= cL < 2^16),
+//   (k Y + C) >> 16 = Y + cH + hi + carry,
+// where kL Y = hi 2^16 + lo and carry = 1 when lo + cL reaches 2^16.
+template <const InvMember& M, int SY, int SC, int CW, int CH, int DB, bool Alpha>
+inline void InvChunk(const Rows& rw, int i0, uint8_t alpha) {
+    constexpr InvSet K = M.k;
+    constexpr int NC = yuv::kChunkCells, N = NC * CW;
+    constexpr int32_t kL = K.k - 65536;
+    static_assert(kL >= 0 && kL < 65536, "luma weight 1 + kL / 2^16");
+    int16_t h[3][N];
+    uint16_t l[3][N];
+    const uint8_t* __restrict cb = rw.s[2] + i0 * SC;
+    const uint8_t* __restrict cr = rw.s[3] + i0 * SC;
+    for (int j = 0; j < NC; ++j) {
+        const Terms t = ChromaTerms(K, cb[j * SC], cr[j * SC]);
+        const int32_t c[3] = {t.r, t.g, t.b};
+        for (int ch = 0; ch < 3; ++ch)
+            for (int p = 0; p < CW; ++p) h[ch][j * CW + p] = int16_t(c[ch] >> 16), l[ch][j * CW + p] = uint16_t(c[ch]);
+    }
+    for (int y = 0; y < CH; ++y) {
+        const uint8_t* __restrict ys = rw.s[y] + i0 * CW * SY;
+        uint8_t o[3][N];
+        for (int j = 0; j < N; ++j) {
+            const uint16_t Y = ys[j * SY];
+            const uint32_t prod = uint32_t(Y) * uint32_t(kL);
+            const uint16_t hi = uint16_t(prod >> 16), lo = uint16_t(prod);
+            for (int ch = 0; ch < 3; ++ch) {
+                const uint16_t sum = uint16_t(lo + l[ch][j]);
+                const int16_t carry = sum < lo ? 1 : 0;
+                o[ch][j] = yuv::Clamp16(int16_t(Y + hi + carry + h[ch][j]));
+            }
+        }
+        const int x = i0 * CW * DB;
+        uint8_t* const* d = rw.d + 4 * y;
+        yuv::Scatter3<DB, N, Alpha>(d[0] + x, d[1] + x, d[2] + x, Alpha ? d[3] + x : nullptr, o[0], o[1], o[2], alpha);
+    }
+}
+
 template <const InvMember& M, int SY, int SC, int CW, int CH, int DB, bool Alpha, bool OwnCr = false>
 void InvRow(const Rows& rw, int width, uint8_t alpha) {
     constexpr InvSet K = M.k;
     const uint8_t* __restrict cb = rw.s[2];
     const uint8_t* __restrict cr = rw.s[3];
     const int cells = width / CW;
-    for (int i = 0; i < cells; ++i) {
+    int i = 0;
+    for (; i + yuv::kChunkCells <= cells; i += yuv::kChunkCells) InvChunk<M, SY, SC, CW, CH, DB, Alpha>(rw, i, alpha);
+    for (; i < cells; ++i) {
         const Terms t = ChromaTerms(K, cb[i * SC], cr[i * SC]);
         for (int y = 0; y < CH; ++y)
             for (int j = 0; j < CW; ++j) {
