@@ -185,17 +185,20 @@ inline void InvChunk(const Rows& rw, int i0, uint8_t alpha) {
     uint16_t l[3][N];
     const uint8_t* __restrict cb = rw.s[2] + i0 * SC;
     const uint8_t* __restrict cr = rw.s[3] + i0 * SC;
+    uint8_t U[NC], V[NC];
+    for (int j = 0; j < NC; ++j) U[j] = cb[j * SC], V[j] = cr[j * SC];
     for (int j = 0; j < NC; ++j) {
-        const Terms t = ChromaTerms(K, cb[j * SC], cr[j * SC]);
+        const Terms t = ChromaTerms(K, U[j], V[j]);
         const int32_t c[3] = {t.r, t.g, t.b};
         for (int ch = 0; ch < 3; ++ch)
             for (int p = 0; p < CW; ++p) h[ch][j * CW + p] = int16_t(c[ch] >> 16), l[ch][j * CW + p] = uint16_t(c[ch]);
     }
     for (int y = 0; y < CH; ++y) {
         const uint8_t* __restrict ys = rw.s[y] + i0 * CW * SY;
-        uint8_t o[3][N];
+        uint8_t Yb[N], o[3][N];
+        for (int j = 0; j < N; ++j) Yb[j] = ys[j * SY];
         for (int j = 0; j < N; ++j) {
-            const uint16_t Y = ys[j * SY];
+            const uint16_t Y = Yb[j];
             const uint32_t prod = uint32_t(Y) * uint32_t(kL);
             const uint16_t hi = uint16_t(prod >> 16), lo = uint16_t(prod);
             for (int ch = 0; ch < 3; ++ch) {
