@@ -16,6 +16,13 @@ namespace {
 using zilbench::kH;
 using zilbench::kW;
 
+// Runs one conversion per iteration and counts the frame's megapixels.
+template <class F>
+void Loop(benchmark::State& st, F call) {
+    for (auto _ : st) benchmark::DoNotOptimize(call());
+    zilbench::CountMpix(st);
+}
+
 struct Frame {
     std::vector<uint8_t> rgb = zilbench::Mosaic<uint8_t>(1), rgb2 = zilbench::Mosaic<uint8_t>(2),
                          rgb3 = zilbench::Mosaic<uint8_t>(3);
@@ -32,37 +39,33 @@ void BM_RGBToYCbCr420_8u_C3P3R(benchmark::State& st) {
     Frame f;
     uint8_t* dst[3] = {f.y.data(), f.cb.data(), f.cr.data()};
     const int ds[3] = {kW, kW / 2, kW / 2};
-    for (auto _ : st) benchmark::DoNotOptimize(ziliRGBToYCbCr420_8u_C3P3R(f.px.data(), 3 * kW, dst, ds, {kW, kH}));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return ziliRGBToYCbCr420_8u_C3P3R(f.px.data(), 3 * kW, dst, ds, {kW, kH}); });
 }
 void BM_YCbCr420ToRGB_8u_P3C3R(benchmark::State& st) {
     Frame f;
     const uint8_t* src[3] = {f.y.data(), f.cb.data(), f.cr.data()};
     const int ss[3] = {kW, kW / 2, kW / 2};
-    for (auto _ : st) benchmark::DoNotOptimize(ziliYCbCr420ToRGB_8u_P3C3R(src, ss, f.px.data(), 3 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return ziliYCbCr420ToRGB_8u_P3C3R(src, ss, f.px.data(), 3 * kW, {kW, kH}); });
 }
 void BM_RGBToYCbCr420_8u_C3P2R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliRGBToYCbCr420_8u_C3P2R(f.px.data(), 3 * kW, f.y.data(), kW, f.cb.data(), kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Loop(st, [&] {
+        return ziliRGBToYCbCr420_8u_C3P2R(f.px.data(), 3 * kW, f.y.data(), kW, f.cb.data(), kW, {kW, kH});
+    });
 }
 void BM_YCbCr420ToRGB_8u_P2C3R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliYCbCr420ToRGB_8u_P2C3R(f.y.data(), kW, f.cb.data(), kW, f.px.data(), 3 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Loop(st, [&] {
+        return ziliYCbCr420ToRGB_8u_P2C3R(f.y.data(), kW, f.cb.data(), kW, f.px.data(), 3 * kW, {kW, kH});
+    });
 }
 void BM_RGBToYCbCr422_8u_C3C2R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st) benchmark::DoNotOptimize(ziliRGBToYCbCr422_8u_C3C2R(f.px.data(), 3 * kW, f.packed.data(), 2 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return ziliRGBToYCbCr422_8u_C3C2R(f.px.data(), 3 * kW, f.packed.data(), 2 * kW, {kW, kH}); });
 }
 void BM_YCbCr422ToRGB_8u_C2C3R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st) benchmark::DoNotOptimize(ziliYCbCr422ToRGB_8u_C2C3R(f.packed.data(), 2 * kW, f.px.data(), 3 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return ziliYCbCr422ToRGB_8u_C2C3R(f.packed.data(), 2 * kW, f.px.data(), 3 * kW, {kW, kH}); });
 }
 BENCHMARK(BM_RGBToYCbCr420_8u_C3P3R);
 BENCHMARK(BM_YCbCr420ToRGB_8u_P3C3R);
@@ -76,35 +79,27 @@ BENCHMARK(BM_YCbCr422ToRGB_8u_C2C3R);
 // four-byte pixels to and from YUY2 (the peer has no three-byte packed form).
 void BM_peer_RGB24ToI420(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(libyuv::RGB24ToI420(f.px.data(), 3 * kW, f.y.data(), kW, f.cb.data(), kW / 2,
-                                                     f.cr.data(), kW / 2, kW, kH));
-    zilbench::CountMpix(st);
+    Loop(st, [&] {
+        return libyuv::RGB24ToI420(f.px.data(), 3 * kW, f.y.data(), kW, f.cb.data(), kW / 2, f.cr.data(), kW / 2, kW, kH);
+    });
 }
 void BM_peer_I420ToRGB24(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(libyuv::I420ToRGB24(f.y.data(), kW, f.cb.data(), kW / 2, f.cr.data(), kW / 2,
-                                                     f.px.data(), 3 * kW, kW, kH));
-    zilbench::CountMpix(st);
+    Loop(st, [&] {
+        return libyuv::I420ToRGB24(f.y.data(), kW, f.cb.data(), kW / 2, f.cr.data(), kW / 2, f.px.data(), 3 * kW, kW, kH);
+    });
 }
 void BM_peer_NV12ToRGB24(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(libyuv::NV12ToRGB24(f.y.data(), kW, f.cb.data(), kW, f.px.data(), 3 * kW, kW, kH));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return libyuv::NV12ToRGB24(f.y.data(), kW, f.cb.data(), kW, f.px.data(), 3 * kW, kW, kH); });
 }
 void BM_peer_ARGBToYUY2(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(libyuv::ARGBToYUY2(f.px.data(), 4 * kW, f.packed.data(), 2 * kW, kW, kH));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return libyuv::ARGBToYUY2(f.px.data(), 4 * kW, f.packed.data(), 2 * kW, kW, kH); });
 }
 void BM_peer_YUY2ToARGB(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(libyuv::YUY2ToARGB(f.packed.data(), 2 * kW, f.px.data(), 4 * kW, kW, kH));
-    zilbench::CountMpix(st);
+    Loop(st, [&] { return libyuv::YUY2ToARGB(f.packed.data(), 2 * kW, f.px.data(), 4 * kW, kW, kH); });
 }
 BENCHMARK(BM_peer_RGB24ToI420);
 BENCHMARK(BM_peer_I420ToRGB24);

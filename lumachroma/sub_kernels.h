@@ -98,8 +98,10 @@ void FwdRow(const Rows& rw, int width, uint8_t) {
             }
             rw.d[0][x * DY] = Put<M.store>((k.yr * r + k.yg * g + k.yb * b + M.y0) >> 16);
             uint8_t* first = FirstCr ? cr : cb;
-            if constexpr (M.odd == Odd::YP) first[cells * DC] = Put<M.store>((k.ur * r + k.ug * g + k.ub * b + M.oddC) >> 16);
-            if constexpr (M.odd == Odd::YQ) first[cells * DC] = Put<M.store>((k.vr * r + k.vg * g + k.vb * b + M.oddC) >> 16);
+            if constexpr (M.odd == Odd::YP)
+                first[cells * DC] = Put<M.store>((k.ur * r + k.ug * g + k.ub * b + M.oddC) >> 16);
+            if constexpr (M.odd == Odd::YQ)
+                first[cells * DC] = Put<M.store>((k.vr * r + k.vg * g + k.vb * b + M.oddC) >> 16);
         }
     }
 }
@@ -113,12 +115,8 @@ void FwdRow(const Rows& rw, int width, uint8_t) {
 template <const uint8_t* Curve>
 void CbYCrFilterRow(const Rows& rw, int width, uint8_t) {
     constexpr FwdSet k = k601;
-    const uint8_t* __restrict pr = rw.s[0];
-    const uint8_t* __restrict pg = rw.s[1];
-    const uint8_t* __restrict pb = rw.s[2];
-    uint8_t* __restrict py = rw.d[0];
-    uint8_t* __restrict cb = rw.d[1];
-    uint8_t* __restrict cr = rw.d[2];
+    const uint8_t *__restrict pr = rw.s[0], *__restrict pg = rw.s[1], *__restrict pb = rw.s[2];
+    uint8_t *__restrict py = rw.d[0], *__restrict cb = rw.d[1], *__restrict cr = rw.d[2];
     auto in = [](uint8_t v) -> int32_t {
         if constexpr (Curve != nullptr) return Curve[v];
         else return v;
