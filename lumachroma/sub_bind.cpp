@@ -2,8 +2,6 @@
 // member row, kernel and check row.
 #include "sub_bind.h"
 
-#include "curves/gamma_tables.h"
-
 namespace zil::sub {
 namespace {
 
@@ -66,19 +64,19 @@ ZIL_SUB_C(ziliBGRToCbYCr422_8u_AC4C2R, ToPacked<kCbYCrAC4C2, kPtr11, kBGRA4, kCb
 // The filtered CbYCr forms: luma lanes 2 bytes apart from byte 1, Cb and Cr 4;
 // the gamma form first passes every source byte through the forward gamma table.
 namespace {
-template <const uint8_t* Curve>
+template <bool Gamma>
 ZilStatus FilteredCbYCr(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
     if (ZilStatus st = Run<kPtr11>(AnyNull(src, dst), kNoEntries, sz)) return st;
     Walk w{};
     SrcPixels(w, src, srcStep, kRGB3, 1);
     w.at.d[0] = dst + 1, w.at.d[1] = dst, w.at.d[2] = dst + 2;
     w.ds[0] = w.ds[1] = w.ds[2] = dstStep;
-    yuv::WalkRows<CbYCrFilterRow<Curve>>(w, sz.width, sz.height, 0);
+    yuv::WalkRows<CbYCrFilterRow<Gamma>>(w, sz.width, sz.height, 0);
     return zilStatusOk;
 }
 }  // namespace
-ZIL_SUB_C(ziliRGBToCbYCr422_8u_C3C2R, FilteredCbYCr<nullptr>)
-ZIL_SUB_C(ziliRGBToCbYCr422Gamma_8u_C3C2R, FilteredCbYCr<tableFwd8u>)
+ZIL_SUB_C(ziliRGBToCbYCr422_8u_C3C2R, FilteredCbYCr<false>)
+ZIL_SUB_C(ziliRGBToCbYCr422Gamma_8u_C3C2R, FilteredCbYCr<true>)
 
 // ---- reverse 4:2:2 --------------------------------------------------------------
 ZIL_SUB_CC(ziliYCbCr422ToRGB_8u_C2C3R, FromPacked<kStream<kE422Swap, 3>, kPtr11, kYCbCr, kRGB3>)

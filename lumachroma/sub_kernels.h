@@ -4,6 +4,7 @@
 // streams, planes and the interleaved chroma of two-plane images.
 #pragma once
 
+#include "curves/gamma_tables.h"
 #include "sub_members.h"
 #include "ycbcr_kernels.h"
 #include "yuv_rows.h"
@@ -110,15 +111,15 @@ void FwdRow(const Rows& rw, int width, uint8_t) {
 // Rows: s[0..2] R, G, B (3 bytes a pixel); d[0] luma (2 bytes a pixel), d[1]
 // Cb, d[2] Cr (4 bytes a pair). Chroma of pair i is the filter over the second
 // pixel of pair i - 1, both weighted 1/4, and the first of pair i, weighted
-// 1/2; the left neighbour of a row's first pair counts as neutral (0). Curve:
-// a 256-byte table each input byte passes first, or null.
-template <const uint8_t* Curve>
+// 1/2; the left neighbour of a row's first pair counts as neutral (0). Gamma:
+// each input byte first passes the forward 8-bit gamma table.
+template <bool Gamma>
 void CbYCrFilterRow(const Rows& rw, int width, uint8_t) {
     constexpr FwdSet k = k601;
     const uint8_t *__restrict pr = rw.s[0], *__restrict pg = rw.s[1], *__restrict pb = rw.s[2];
     uint8_t *__restrict py = rw.d[0], *__restrict cb = rw.d[1], *__restrict cr = rw.d[2];
     auto in = [](uint8_t v) -> int32_t {
-        if constexpr (Curve != nullptr) return Curve[v];
+        if constexpr (Gamma) return tableFwd8u[v];
         else return v;
     };
     int32_t pp = 0, qq = 0;
