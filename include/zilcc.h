@@ -479,9 +479,209 @@ ZilStatus ziliToneMapMean_32f8u_C1R(const float* src, int srcStep, uint8_t* dst,
 /* (end of Colour twist and tone mapping) */
 
 /* ---- Full-resolution YCbCr and gray ---------------------------------------------------------- */
+/* RGB <-> full-resolution YCbCr (video range: Y = 0.257 R + 0.504 G + 0.098 B
+ * + 16 on 16..235, Cb and Cr on 16..240 around 128; 16 fraction bits).
+ * Plane arrays: Y, Cb, Cr; all three planes have the full extent and share
+ * one step. Minimum size 1x1. Forward results are stored without a clamp
+ * (they cannot leave their ranges); reverse results are clamped to 0..255.
+ * Order of checks: pointer arguments (src, dst or the arrays), then the size,
+ * then the plane entries - except where noted "entries first", where the
+ * plane entries are tested with the pointers, before the size. Steps are not
+ * tested; negative steps walk upwards. Nothing is written on an error.     */
+ZilStatus ziliRGBToYCbCr_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Fourth destination byte is left untouched. */
+ZilStatus ziliRGBToYCbCr_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Entries first. */
+ZilStatus ziliRGBToYCbCr_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Entries first; the dst array itself is not tested and must be valid. */
+ZilStatus ziliRGBToYCbCr_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Source entries are tested before destination entries. */
+ZilStatus ziliRGBToYCbCr_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Reverse, rounding: R = (76282 Y + 104593 v - 1187744) >> 16 and alike,
+ * u = Cb - 128, v = Cr - 128. */
+ZilStatus ziliYCbCrToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Finer coefficients (76284, ...), flooring; fourth byte left untouched. */
+ZilStatus ziliYCbCrToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Entries first. */
+ZilStatus ziliYCbCrToRGB_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Entries first; B, G, R at bytes 0, 1, 2. */
+ZilStatus ziliYCbCrToBGR_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* R, G, B, alpha. */
+ZilStatus ziliYCbCrToRGB_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Entries first; B, G, R, alpha. */
+ZilStatus ziliYCbCrToBGR_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Finer coefficients, rounding; destination entries are tested before source
+ * entries. */
+ZilStatus ziliYCbCrToRGB_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
 /* (end of Full-resolution YCbCr and gray) */
 
 /* ---- Subsampled YCbCr and BT.709 ---------------------------------------------------------- */
+/* Video-range YCbCr with subsampled chroma (16 fraction bits):
+ * Y = (16843 R + 33030 G + 6423 B + 1081344) >> 16 (16..235); Cb and Cr from
+ * -9699 R - 19071 G + 28770 B and 28770 R - 24117 G - 4653 B on the channel
+ * sums of a cell (pair: >> 17, four pixels: >> 18), 16..240 around 128; the low
+ * byte is stored. Packed 4:2:2 pairs: YCbCr422 Y0 Cb Y1 Cr, YCrCb422 Y0 Cr Y1 Cb,
+ * CbYCr422 Cb Y0 Cr Y1. Plane arrays Y, Cb, Cr (YCrCb: Y, Cr, Cb); 4:2:2 chroma
+ * planes width/2 samples a row, 4:2:0 width/2 by height/2, 4:1:1 width/4.
+ * Two-plane (P2) forms: a luma plane and one plane of Cb, Cr pairs (YCrCb:
+ * Cr, Cb), each with its own pointer and step.
+ * Statuses: 4:2:0 forms convert width/2 by height/2 cells and return
+ * zilStatusOddSize (+35) when width or height is odd, leaving the odd last row
+ * and column untouched; a height of 1 writes nothing. Forward 4:1:1 converts
+ * groups of four on every row and returns zilStatusOddSize when the width is
+ * no multiple of 4. 4:2:2 and reverse 4:1:1 forms return zilStatusOk.
+ * Null pointer -8, size below the minimum -6; steps are not checked. Nothing
+ * is written on a negative status. */
+/* Forward 4:2:2 to packed streams. Checks: pointers, then size. RGB sources:
+ * Y0 rounds, Y1 floors, chroma offset +128.5, minimum 1x1; an odd last column
+ * gets Y in byte 0 and in byte 1 the pixel's own Cb (-8355840, >> 16), also
+ * in the YCrCb stream. BGR sources: both lumas round, chroma +128.125, minimum
+ * 2x1; an odd last column gets Y and Cb ((P - 8380416) >> 16). Bytes 2, 3 of
+ * an odd last cell are not written. */
+ZilStatus ziliRGBToYCbCr422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCrCb422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Source B, G, R, A; A is not read. */
+ZilStatus ziliBGRToYCbCr422_8u_AC4C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Three full planes R, G, B with one step. Checks: pointers, size, plane
+ * entries. As the RGB C3C2R forms, except that byte 1 of an odd last cell is
+ * the pixel's own Cr ((Q + 8421376) >> 16), also in the YCbCr stream. */
+ZilStatus ziliRGBToYCbCr422_8u_P3C2R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCrCb422_8u_P3C2R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* To three planes. Checks: pointers and plane entries, then size; minimum
+ * 2x1; chroma +128.125. An odd last column gets Y only (BGR forms) or nothing
+ * (RGB form). */
+ZilStatus ziliBGRToYCbCr422_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr422_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliRGBToYCbCr422_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* To Cb Y0 Cr Y1. Checks: pointers, size; minimum 1x1.
+ * BGRToCbYCr422_8u_AC4C2R: pair sums, Cb +128.5, Cr two units lower before
+ * the shift; an odd last column reads source byte 0 as R and byte 2 as B and
+ * writes Y (byte 1) and Cb (byte 0).
+ * RGBToCbYCr422_8u_C3C2R: chroma through a 1, 2, 1 filter over the preceding
+ * pixel, the pair's first and its second; a row's first pair sees a neutral
+ * left neighbour. Odd last column: Y and the pixel's own Cb.
+ * RGBToCbYCr422Gamma_8u_C3C2R: the same after each source byte has passed
+ * the library's forward 8-bit gamma table. */
+ZilStatus ziliBGRToCbYCr422_8u_AC4C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToCbYCr422_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToCbYCr422Gamma_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Reverse (u = Cb - 128, v = Cr - 128, clamped to 0..255):
+ * R = (76284 Y + 104595 v - 1187776) >> 16, G = (76284 Y - 25690 u - 53281 v
+ * - 1187776) >> 16, B = (76284 Y + 132186 u - 1187776) >> 16, rounded; chroma
+ * is repeated over its cell. From packed streams: checks pointers, then size.
+ * An odd last column takes its own Y, the chroma byte of its half cell and the
+ * other chroma of the preceding pair; with a width of 1 the one chroma byte
+ * serves for both. YCbCr422ToRGB_8u_C2C3R writes that last pixel as B, G, R.
+ * ToBGR forms of the YCbCr422 stream need a width of at least 2. C4 forms
+ * write alpha to the fourth byte. */
+ZilStatus ziliYCbCr422ToRGB_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToRGB_8u_C2C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCbCr422ToBGR_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToBGR_8u_C2C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCrCb422ToRGB_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb422ToRGB_8u_C2C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCrCb422ToBGR_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb422ToBGR_8u_C2C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* The CbYCr forms use 76282, 104593, 25689, 53279, 132184 and -1187744. */
+ZilStatus ziliCbYCr422ToRGB_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToBGR_8u_C2C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Floored, on Cb and Cr as stored: R = (76284 Y + 104595 Cr - 14608761) >> 16,
+ * G = (76284 Y - 25690 Cb - 53281 Cr + 8887730) >> 16,
+ * B = (76284 Y + 132186 Cb - 18140365) >> 16, clamped.
+ * C2P3R: three full planes R, G, B with one step; checks pointers, size,
+ * plane entries; minimum 1x1; odd last column as for the streams above.
+ * YCrCb422ToRGB_8u_C2P3R with a width of 1 reads the byte before each row as
+ * Cb. P3C3R: checks pointers and plane entries, then size; minimum 2x1; an
+ * odd last column is not written. */
+ZilStatus ziliYCbCr422ToRGB_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb422ToRGB_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToRGB_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+/* Forward 4:2:0 to planes: Y per pixel as above, Cb and Cr
+ * ((sum over the block) - 33521664) >> 18. RGBToYCbCr420_8u_C3P3R checks
+ * pointers, size, plane entries, minimum 1x1; the others check pointers and
+ * plane entries, then size, minimum 2x2. */
+ZilStatus ziliRGBToYCbCr420_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCrCb420_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCrCb420_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliRGBToYCrCb420_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* Forward 4:2:0 to two planes in 32-bit float, each result truncated:
+ * Y = 0.257 r + 16.5 + 0.504 g + 0.098 b, Cb = (0.439 B + 512 - 0.148 R
+ * - 0.291 G) x 0.25 + 0.5, Cr = (0.439 R + 512 - 0.071 B - 0.368 G) x 0.25
+ * + 0.5 on the block sums. Checks: pointers, size; minimum 1x1. */
+ZilStatus ziliRGBToYCbCr420_8u_C3P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCbCr420_8u_C4P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_8u_C3P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_8u_AC4P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+/* Reverse 4:2:0, rounded as the reverse streams; minimum 1x1. From planes:
+ * checks pointers, size, plane entries. From two planes: pointers, then size,
+ * except YCrCb420To..._P2C4R, which check the size first. */
+ZilStatus ziliYCbCr420ToRGB_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420ToBGR_8u_P3C4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCrCb420ToRGB_8u_P3C4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCbCr420ToRGB_8u_P2C3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420ToRGB_8u_P2C4R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCbCr420ToBGR_8u_P2C3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420ToBGR_8u_P2C4R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCrCb420ToRGB_8u_P2C3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb420ToBGR_8u_P2C3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb420ToRGB_8u_P2C4R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCrCb420ToBGR_8u_P2C4R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* 4:1:1. Checks: pointers and plane entries, then size; minimum 4x1. Forward:
+ * as 4:2:0 over groups of four; the last 1 to 3 columns are not written.
+ * Reverse, floored: R = (76294 Y + 104595 v - 1220704) >> 16,
+ * G = (76294 Y - 25625 u - 53281 v - 1220704) >> 16,
+ * B = (76294 Y + 132186 u - 1220704) >> 16; the last 1 to 3 columns reuse
+ * the chroma of the row's last whole group. */
+ZilStatus ziliBGRToYCbCr411_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr411_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411ToBGR_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr411ToBGR_8u_P3C4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* BT.709, video range (709CSC): Y = (11993 R + 40239 G + 4063 B + 1081344)
+ * >> 16, Cb and Cr from -6619 R - 22151 G + 28770 B and 28770 R - 26149 G
+ * - 2621 B on the block sums, - 33521664, >> 18. Forward checks: pointers
+ * (and plane entries), then size; minimum 2x2. Reverse: R = (76284 Y +
+ * 117506 v - 1187776) >> 16, G = (76284 Y - 13959 u - 34996 v - 1187776) >> 16,
+ * B = (76284 Y + 138609 u - 1187776) >> 16, clamped; minimum 1x1; the P3
+ * forms with one step have full-resolution chroma and check pointers and plane
+ * entries, then size; the 4:2:0 form checks pointers, size, plane entries. */
+ZilStatus ziliBGRToYCbCr420_709CSC_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_709CSC_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCrCb420_709CSC_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCrCb420_709CSC_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_709CSC_8u_C3P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliBGRToYCbCr420_709CSC_8u_AC4P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCrToBGR_709CSC_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCrToBGR_709CSC_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliYCbCr420ToBGR_709CSC_8u_P3C3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+/* BT.709 with unit luma gain (709HDTV): Y = (13959 R + 46858 G + 4719 B +
+ * 32768) >> 16; Cb, Cr from -7668 R - 25821 G + 33489 B and 33489 R
+ * - 30409 G - 3080 B, on a pair + 16842752 (Cb) or + 16842750 (Cr), >> 17,
+ * on a 2x2 block + 33587200, >> 18; every forward result is limited to
+ * 1..254. Packed forward: an odd last column gets Y and its own Cb
+ * ((P + 8421376) >> 16); the AC4 form reads that pixel's byte 0 as R and
+ * byte 2 as B. Reverse, rounded: R = ((Y << 16) + 100925 v + 32768) >> 16,
+ * G with - 11993 u - 30081 v, B with + 119013 u, clamped; the streams treat
+ * an odd last column and a width of 1 as the reverse 4:2:2 forms above.
+ * Checks as their 709CSC or subsampled counterparts; minimum 2x2 for the
+ * forward 4:2:0 form, 1x1 for the others. */
+ZilStatus ziliBGRToYCbCr420_709HDTV_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToBGR_709HDTV_8u_P3C4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliBGRToCbYCr422_709HDTV_8u_C3C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToCbYCr422_709HDTV_8u_AC4C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToBGR_709HDTV_8u_C2C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToBGR_709HDTV_8u_C2C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* R, G, B to a luma plane and Cb, Cr pairs in 32-bit float with a 64-bit
+ * extent and 64-bit steps, each result clamped to 0..255, then truncated:
+ * Y = 0.2126 r + 16.5 + 0.7152 g + 0.0722 b (bright pixels saturate at 255),
+ * Cb = (-0.1146 R + 512 + 0.5 B - 0.3854 G) x 0.25 + 0.5,
+ * Cr = (0.5 R + 512 - 0.0458 B - 0.4542 G) x 0.25 + 0.5 on the block sums.
+ * Checks: pointers, size; minimum 1x1; zilStatusOddSize as 4:2:0. */
+ZilStatus ziliRGBToYCbCr420_HDTV709r6_8u_C3P2R_L(const uint8_t* src, int64_t srcStep, uint8_t* dstY, int64_t dstYStep, uint8_t* dstCbCr, int64_t dstCbCrStep, ZilSizeL roiSize);
 /* (end of Subsampled YCbCr and BT.709) */
 
 /* ---- Chroma reformatting, filters and interlace ---------------------------------------------------------- */

@@ -7,13 +7,7 @@
 namespace zil::yuv {
 namespace {
 
-#define ZIL_YUV_LAYERS(STEM, ...)                                                                 \
-    ZIL_IMPL void mx_inner##STEM(const Rows& rw, int width, uint8_t alpha) {                      \
-        __VA_ARGS__(rw, width, alpha);                                                            \
-    }                                                                                             \
-    ZIL_IMPL void mx_my##STEM(const Walk& wk, int width, int turns, uint8_t alpha) {              \
-        WalkRows<mx_inner##STEM>(wk, width, turns, alpha);                                        \
-    }
+#define ZIL_YUV_LAYERS(STEM, ...) ZIL_ROW_LAYERS(mx_my##STEM, mx_inner##STEM, __VA_ARGS__)
 
 // ---- layers ----------------------------------------------------------------------
 ZIL_YUV_LAYERS(RGBToYUV_8u_C3R, RgbToYuvRow<3, 3, kRGBToYUV_C3, false>)

@@ -215,21 +215,33 @@ inline void RgbToYuvPlanar(const T* __restrict R, const T* __restrict G, const T
     }
 }
 
-// One full-resolution chunk. Planar sources and destinations are used in place.
-template <int SP, int DP, const FwdMember& M>
-inline void RgbToYuvChunk(const uint8_t* r, const uint8_t* g, const uint8_t* b, uint8_t* y, uint8_t* u, uint8_t* v) {
-    uint8_t Y[kChunk], U[kChunk], V[kChunk];
-    uint8_t *oy = Y, *ou = U, *ov = V;
-    if constexpr (DP == 1) oy = y, ou = u, ov = v;
+// One full-resolution chunk of a three-channel to three-channel conversion
+// whose arithmetic Op::Run<N> works on planar arrays: interleaved sides are
+// gathered into (and scattered from) small arrays, planar sides are used in
+// place. WithAlpha writes `alpha` to the fourth byte of four-byte pixels.
+template <int SP, int DP, class Op, bool WithAlpha>
+inline void Chunk3(const uint8_t* s0, const uint8_t* s1, const uint8_t* s2, uint8_t* d0, uint8_t* d1, uint8_t* d2,
+                   uint8_t* a, uint8_t alpha) {
+    uint8_t O0[kChunk], O1[kChunk], O2[kChunk];
+    uint8_t *o0 = O0, *o1 = O1, *o2 = O2;
+    if constexpr (DP == 1) o0 = d0, o1 = d1, o2 = d2;
     if constexpr (SP == 1) {
-        RgbToYuvPlanar<kChunk, M>(r, g, b, oy, ou, ov);
+        Op::template Run<kChunk>(s0, s1, s2, o0, o1, o2);
     } else {
-        uint16_t R[kChunk], G[kChunk], B[kChunk];
-        Gather3<SP, kChunk>(r, g, b, R, G, B);
-        RgbToYuvPlanar<kChunk, M>(R, G, B, oy, ou, ov);
+        uint16_t I0[kChunk], I1[kChunk], I2[kChunk];
+        Gather3<SP, kChunk>(s0, s1, s2, I0, I1, I2);
+        Op::template Run<kChunk>(I0, I1, I2, o0, o1, o2);
     }
-    if constexpr (DP != 1) Scatter3<DP, kChunk, false>(y, u, v, nullptr, Y, U, V, 0);
+    if constexpr (DP != 1) Scatter3<DP, kChunk, WithAlpha>(d0, d1, d2, a, O0, O1, O2, alpha);
 }
+
+template <const FwdMember& M>
+struct FwdOp {
+    template <int N, class T>
+    static void Run(const T* r, const T* g, const T* b, uint8_t* y, uint8_t* u, uint8_t* v) {
+        RgbToYuvPlanar<N, M>(r, g, b, y, u, v);
+    }
+};
 
 // One 4:2:0 chunk of kChunkCells cells. Planar arrays by quarter of the cell:
 // 0 row 0 even column, 1 row 0 odd, 2 row 1 even, 3 row 1 odd.
@@ -268,23 +280,13 @@ inline void YuvToRgbPlanar(const T* __restrict Y, const T* __restrict U, const T
     }
 }
 
-// One full-resolution reverse chunk. Planar sources and destinations are used
-// in place.
-template <int SP, int DP, const InvMember& M, Alpha A>
-inline void YuvToRgbChunk(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* r, uint8_t* g, uint8_t* b,
-                          uint8_t* a, uint8_t alpha) {
-    uint8_t Ro[kChunk], Go[kChunk], Bo[kChunk];
-    uint8_t *orr = Ro, *og = Go, *ob = Bo;
-    if constexpr (DP == 1) orr = r, og = g, ob = b;
-    if constexpr (SP == 1) {
-        YuvToRgbPlanar<kChunk, M>(y, u, v, orr, og, ob);
-    } else {
-        uint16_t Yv[kChunk], Uv[kChunk], Vv[kChunk];
-        Gather3<SP, kChunk>(y, u, v, Yv, Uv, Vv);
-        YuvToRgbPlanar<kChunk, M>(Yv, Uv, Vv, orr, og, ob);
+template <const InvMember& M>
+struct InvOp {
+    template <int N, class T>
+    static void Run(const T* y, const T* u, const T* v, uint8_t* r, uint8_t* g, uint8_t* b) {
+        YuvToRgbPlanar<N, M>(y, u, v, r, g, b);
     }
-    if constexpr (DP != 1) Scatter3<DP, kChunk, A == Alpha::Value>(r, g, b, a, Ro, Go, Bo, alpha);
-}
+};
 
 // One 4:2:0 reverse chunk of kChunkCells cells; the chroma terms are shared by
 // the four pixels of a cell. Output arrays hold each row's pixels in order.
@@ -430,7 +432,8 @@ void RgbToYuvRow(const Rows& rw, int w, uint8_t) {
     uint8_t* __restrict v = rw.d[2];
     int i = 0;
     for (; i + kChunk <= w; i += kChunk)
-        RgbToYuvChunk<SP, DP, M>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, u + i * DP, v + i * DP);
+        Chunk3<SP, DP, FwdOp<M>, false>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, u + i * DP, v + i * DP,
+                                        nullptr, 0);
     for (; i < w; ++i) {
         const int32_t R = r[i * SP], G = g[i * SP], B = b[i * SP];
         const int32_t S = LumaSum(R, G, B);
@@ -535,7 +538,7 @@ void YuvToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     uint8_t* __restrict a = rw.d[3];
     int i = 0;
     for (; i + kChunk <= w; i += kChunk)
-        YuvToRgbChunk<SP, DP, M, A>(y + i * SP, u + i * SP, v + i * SP, r + i * DP, g + i * DP, b + i * DP,
+        Chunk3<SP, DP, InvOp<M>, A == Alpha::Value>(y + i * SP, u + i * SP, v + i * SP, r + i * DP, g + i * DP, b + i * DP,
                                     A == Alpha::Value ? a + i * DP : a, alpha);
     for (; i < w; ++i) {
         YuvToRgbPixel(M.k, y[i * SP], u[i * SP], v[i * SP], M.pix, r + i * DP, g + i * DP, b + i * DP);

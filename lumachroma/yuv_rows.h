@@ -22,6 +22,14 @@ void WalkRows(const Walk& wk, int width, int turns, uint8_t alpha) {
     }
 }
 
+// Binds a row kernel (a member row applied to a kernel template) to the named
+// kernel INNER and its row layer MY, which walks it over the rows.
+#define ZIL_ROW_LAYERS(MY, INNER, ...)                                                 \
+    ZIL_IMPL void INNER(const Rows& rw, int width, uint8_t alpha) { __VA_ARGS__(rw, width, alpha); } \
+    ZIL_IMPL void MY(const Walk& wk, int width, int turns, uint8_t alpha) {            \
+        WalkRows<INNER>(wk, width, turns, alpha);                                      \
+    }
+
 // Three channel rows starting at `slot`: the lanes of an interleaved image
 // (layout L) or three planes, each advancing by `step` per turn.
 inline void SrcLanes(Walk& w, int slot, const uint8_t* base, ptrdiff_t step, const Layout& L) {

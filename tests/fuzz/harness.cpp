@@ -35,6 +35,7 @@ int64_t Cols(uint8_t x, int64_t w, int64_t bitOffset) {
         case XBits: v = (w < 1 || bitOffset < 0) ? 0 : ((bitOffset & 7) + w + 7) / 8; break;
         case XAhd: v = w < 1 ? 0 : w + ((w & 1) ? 8 : 6); break;
         case XOne: v = 1; break;
+        case XQuarter: v = w / 4; break;
     }
     return v < 0 ? 0 : v;
 }
@@ -269,10 +270,10 @@ void BuildImg(const Case& c, const Extents& e, int which, ImgBuf& out) {
         }
         pb.step = out.steps[i] = int32_t(step);
         const int64_t as = step < 0 ? -step : step;
-        const size_t span = pb.rows ? size_t((pb.rows - 1) * as + B) : 0;
+        const size_t span = pb.rows ? size_t((pb.rows - 1) * as + B) + m.lead : 0;
         pb.buf = std::make_unique<ziltest::GuardBuf>(span, 0, ip.guardBefore ? ziltest::GuardBuf::Before
                                                                                  : ziltest::GuardBuf::After);
-        uint8_t* first = pb.buf->data() + (step < 0 && pb.rows ? (pb.rows - 1) * as : 0);
+        uint8_t* first = pb.buf->data() + (pb.rows ? m.lead : 0) + (step < 0 && pb.rows ? (pb.rows - 1) * as : 0);
         pb.origin = first + my * step + mx * elem;
         out.arr[i] = pb.origin;
     }
@@ -289,11 +290,12 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
         const Img& m = ImgOf(row, which);
         if (c.nullTarget == 8 * which + 7) return nullptr;
         if (m.planes <= 1) return b.arr[0];
+        if (m.planes == 2) return c.nullTarget == 8 * which ? nullptr : b.arr[0];
         for (int e = 0; e < 4; ++e) arrs[which][e] = c.nullTarget == 8 * which + e ? nullptr : b.arr[e];
         return arrs[which];
     };
     auto stepOf = [&](int which, const ImgBuf& b, Slot& s) {
-        if (ImgOf(row, which).steps == StepArr) s.p = const_cast<int32_t*>(b.steps);
+        if (ImgOf(row, which).steps == StepArr && ImgOf(row, which).planes != 2) s.p = const_cast<int32_t*>(b.steps);
         else s.i = b.steps[0];
     };
     int reserved = 0;
@@ -306,7 +308,11 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'D': stepOf(1, dst, s); break;
             case 'b': s.p = ptrOf(2, work); break;
             case 'B': s.i = work.steps[0]; break;
-            case 'z': s.sz = ZilSize{c.w, c.h}; break;
+            case 'z': s.sz = ZilSize{c.w, c.h}, s.szl = ZilSizeL{c.w, c.h}; break;
+            case 'u': s.p = c.nullTarget == 1 ? nullptr : src.arr[1]; break;
+            case 'U': s.i = src.steps[1]; break;
+            case 'v': s.p = c.nullTarget == 9 ? nullptr : dst.arr[1]; break;
+            case 'V': s.i = dst.steps[1]; break;
             case 'r': s.rc = c.rect; break;
             case 'g': s.i = c.grid; break;
             case 'a': s.i = c.alpha; break;

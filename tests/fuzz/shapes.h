@@ -25,7 +25,8 @@ enum XRule : uint8_t {
     XEven,   // w & ~1: luma and pixels of 4:2:0 forms (an odd last column is not touched)
     XBits,   // bytes holding w bits from bit (offset & 7) on: one-bit destinations
     XAhd,    // w + 6 if w is even, w + 8 if odd: a line of the demosaicing work buffer
-    XOne     // one unit, whatever the extent
+    XOne,    // one unit, whatever the extent
+    XQuarter // w / 4: 4:1:1 chroma
 };
 enum YRule : uint8_t {
     YH,      // h
@@ -64,6 +65,7 @@ struct Img {
     uint8_t elem;     // sample size: steps are kept multiples of it
     bool isFloat;     // samples are 32-bit floats
     bool foldMargin;  // demosaicing source: one sample beyond the image on an axis of 5
+    uint8_t lead;     // bytes before each row's start that the call may read
     Plane p[4];
 };
 
@@ -81,6 +83,15 @@ constexpr Img Planes(uint8_t n, Steps s, Plane a, Plane b, Plane c, Plane d = {}
     m.p[0] = a, m.p[1] = b, m.p[2] = c, m.p[3] = d;
     return m;
 }
+// Two planes passed as separate pointer-and-step pairs (roles s/S and u/U,
+// or d/D and v/V); each pointer is tested.
+constexpr Img TwoPlanes(Plane a, Plane b) {
+    Img m{};
+    m.planes = 2, m.steps = StepArr, m.ext = ExtRoi, m.nullable = 0x03, m.elem = 1;
+    m.p[0] = a, m.p[1] = b;
+    return m;
+}
+constexpr Img Lead(Img m) { return m.lead = 1, m; }  // sources only
 constexpr Img Dense(Img m) { return m.steps = StepDense, m; }
 constexpr Img Float(Img m) { return m.isFloat = true, m; }
 constexpr Img Margin(Img m) { return m.foldMargin = true, m; }
@@ -103,11 +114,13 @@ struct Slot {
     int64_t i = 0;
     void* p = nullptr;
     ZilSize sz{};
+    ZilSizeL szl{};
     ZilRect rc{};
     template <class T>
     T as() const {
         if constexpr (std::is_pointer_v<T>) return static_cast<T>(p);
         else if constexpr (std::is_same_v<T, ZilSize>) return sz;
+        else if constexpr (std::is_same_v<T, ZilSizeL>) return szl;
         else if constexpr (std::is_same_v<T, ZilRect>) return rc;
         else return static_cast<T>(i);
     }
@@ -131,7 +144,8 @@ ZilStatus InvokeVersion(const Slot*);
 
 // Roles, one character per argument in order:
 //   s source image     S source step(s)   d destination     D destination step(s)
-//   z ZilSize (roi; the whole plane for the demosaicing entries)
+//   z ZilSize (roi; the whole plane for the demosaicing entries), or ZilSizeL
+//   u U second source plane and its step   v V second destination plane and its step
 //   r ZilRect          g grid             b work buffer     B work buffer step
 //   a alpha            n noise            t dither          l levels
 //   o bit offset       x reserved int     h threshold       c channel code
@@ -268,9 +282,96 @@ inline constexpr Row kRows[] = {
     // (end of Colour twist and tone mapping)
 
     // Full-resolution YCbCr and gray
+    ZROW(ziliRGBToYCbCr_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliRGBToYCbCr_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliRGBToYCbCr_8u_C3P3R, "sSdDz", kC3, kP3, kNone),
+    ZROW(ziliRGBToYCbCr_8u_AC4P3R, "sSdDz", kAC4, Planes(3, StepOne, kFull, kFull, kFull, {}, 0x07), kNone),
+    ZROW(ziliRGBToYCbCr_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliYCbCrToRGB_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliYCbCrToRGB_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliYCbCrToRGB_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliYCbCrToBGR_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliYCbCrToRGB_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
+    ZROW(ziliYCbCrToBGR_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
+    ZROW(ziliYCbCrToRGB_8u_P3R, "sSdDz", kP3, kP3, kNone),
     // (end of Full-resolution YCbCr and gray)
 
-    // Subsampled YCbCr and BT.709
+    // Subsampled YCbCr and BT.709. 4:2:2 chroma planes w/2 a row, 4:1:1 w/4,
+    // two-plane 4:2:0: luma and w/2 Cb, Cr pairs by h/2.
+#define ZS_422 Planes(3, StepArr, kFull, Plane{1, XHalf, YH}, Plane{1, XHalf, YH})
+#define ZS_411 Planes(3, StepArr, kFull, Plane{1, XQuarter, YH}, Plane{1, XQuarter, YH})
+#define ZS_P2 TwoPlanes(kEven, Plane{2, XHalf, YHalf})
+    ZROW(ziliRGBToYCbCr422_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliRGBToYCrCb422_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliBGRToYCbCr422_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliBGRToYCbCr422_8u_AC4C2R, "sSdDz", kAC4, kC2, kNone),
+    ZROW(ziliRGBToYCbCr422_8u_P3C2R, "sSdDz", kP3, kC2, kNone),
+    ZROW(ziliRGBToYCrCb422_8u_P3C2R, "sSdDz", kP3, kC2, kNone),
+    ZROW(ziliBGRToYCbCr422_8u_C3P3R, "sSdDz", kC3, ZS_422, kNone),
+    ZROW(ziliBGRToYCbCr422_8u_AC4P3R, "sSdDz", kAC4, ZS_422, kNone),
+    ZROW(ziliRGBToYCbCr422_8u_C3P3R, "sSdDz", kC3, ZS_422, kNone),
+    ZROW(ziliBGRToCbYCr422_8u_AC4C2R, "sSdDz", kAC4, kC2, kNone),
+    ZROW(ziliRGBToCbYCr422_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliRGBToCbYCr422Gamma_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliYCbCr422ToRGB_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliYCbCr422ToRGB_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
+    ZROW(ziliYCbCr422ToBGR_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliYCbCr422ToBGR_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
+    ZROW(ziliYCrCb422ToRGB_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliYCrCb422ToRGB_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
+    ZROW(ziliYCrCb422ToBGR_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliYCrCb422ToBGR_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
+    ZROW(ziliCbYCr422ToRGB_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliCbYCr422ToBGR_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
+    ZROW(ziliYCbCr422ToRGB_8u_C2P3R, "sSdDz", kC2, kP3, kNone),
+    ZROW(ziliYCrCb422ToRGB_8u_C2P3R, "sSdDz", Lead(kC2), kP3, kNone),  // width 1 reads the byte before a row
+    ZROW(ziliYCbCr422ToRGB_8u_P3C3R, "sSdDz", ZS_422, kC3, kNone),
+    ZROW(ziliYCbCr422ToBGR_8u_P3C3R, "sSdDz", ZS_422, kC3, kNone),
+    ZROW(ziliRGBToYCbCr420_8u_C3P3R, "sSdDz", kC3Even, k420, kNone),
+    ZROW(ziliBGRToYCbCr420_8u_C3P3R, "sSdDz", kC3Even, k420, kNone),
+    ZROW(ziliBGRToYCbCr420_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliBGRToYCrCb420_8u_C3P3R, "sSdDz", kC3Even, k420, kNone),
+    ZROW(ziliBGRToYCrCb420_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliRGBToYCrCb420_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliRGBToYCbCr420_8u_C3P2R, "sSdDvVz", kC3Even, ZS_P2, kNone),
+    ZROW(ziliRGBToYCbCr420_8u_C4P2R, "sSdDvVz", kAC4Even, ZS_P2, kNone),
+    ZROW(ziliBGRToYCbCr420_8u_C3P2R, "sSdDvVz", kC3Even, ZS_P2, kNone),
+    ZROW(ziliBGRToYCbCr420_8u_AC4P2R, "sSdDvVz", kAC4Even, ZS_P2, kNone),
+    ZROW(ziliYCbCr420ToRGB_8u_P3C3R, "sSdDz", k420, kC3Even, kNone),
+    ZROW(ziliYCbCr420ToBGR_8u_P3C3R, "sSdDz", k420, kC3Even, kNone),
+    ZROW(ziliYCbCr420ToBGR_8u_P3C4R, "sSdDza", k420, kAC4Even, kNone),
+    ZROW(ziliYCrCb420ToRGB_8u_P3C4R, "sSdDza", k420, kAC4Even, kNone),
+    ZROW(ziliYCbCr420ToRGB_8u_P2C3R, "sSuUdDz", ZS_P2, kC3Even, kNone),
+    ZROW(ziliYCbCr420ToRGB_8u_P2C4R, "sSuUdDza", ZS_P2, kAC4Even, kNone),
+    ZROW(ziliYCbCr420ToBGR_8u_P2C3R, "sSuUdDz", ZS_P2, kC3Even, kNone),
+    ZROW(ziliYCbCr420ToBGR_8u_P2C4R, "sSuUdDza", ZS_P2, kAC4Even, kNone),
+    ZROW(ziliYCrCb420ToRGB_8u_P2C3R, "sSuUdDz", ZS_P2, kC3Even, kNone),
+    ZROW(ziliYCrCb420ToBGR_8u_P2C3R, "sSuUdDz", ZS_P2, kC3Even, kNone),
+    ZROW(ziliYCrCb420ToRGB_8u_P2C4R, "sSuUdDza", ZS_P2, kAC4Even, kNone),
+    ZROW(ziliYCrCb420ToBGR_8u_P2C4R, "sSuUdDza", ZS_P2, kAC4Even, kNone),
+    ZROW(ziliBGRToYCbCr411_8u_C3P3R, "sSdDz", kC3, ZS_411, kNone),
+    ZROW(ziliBGRToYCbCr411_8u_AC4P3R, "sSdDz", kAC4, ZS_411, kNone),
+    ZROW(ziliYCbCr411ToBGR_8u_P3C3R, "sSdDz", ZS_411, kC3, kNone),
+    ZROW(ziliYCbCr411ToBGR_8u_P3C4R, "sSdDza", ZS_411, kAC4, kNone),
+    ZROW(ziliBGRToYCbCr420_709CSC_8u_C3P3R, "sSdDz", kC3Even, k420, kNone),
+    ZROW(ziliBGRToYCbCr420_709CSC_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliBGRToYCrCb420_709CSC_8u_C3P3R, "sSdDz", kC3Even, k420, kNone),
+    ZROW(ziliBGRToYCrCb420_709CSC_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliBGRToYCbCr420_709CSC_8u_C3P2R, "sSdDvVz", kC3Even, ZS_P2, kNone),
+    ZROW(ziliBGRToYCbCr420_709CSC_8u_AC4P2R, "sSdDvVz", kAC4Even, ZS_P2, kNone),
+    ZROW(ziliYCbCrToBGR_709CSC_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliYCbCrToBGR_709CSC_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
+    ZROW(ziliYCbCr420ToBGR_709CSC_8u_P3C3R, "sSdDz", k420, kC3Even, kNone),
+    ZROW(ziliBGRToYCbCr420_709HDTV_8u_AC4P3R, "sSdDz", kAC4Even, k420, kNone),
+    ZROW(ziliYCbCr420ToBGR_709HDTV_8u_P3C4R, "sSdDza", k420, kAC4Even, kNone),
+    ZROW(ziliBGRToCbYCr422_709HDTV_8u_C3C2R, "sSdDz", kC3, kC2, kNone),
+    ZROW(ziliBGRToCbYCr422_709HDTV_8u_AC4C2R, "sSdDz", kAC4, kC2, kNone),
+    ZROW(ziliCbYCr422ToBGR_709HDTV_8u_C2C3R, "sSdDz", kC2, kC3, kNone),
+    ZROW(ziliCbYCr422ToBGR_709HDTV_8u_C2C4R, "sSdDza", kC2, kAC4, kNone),
+    ZROW(ziliRGBToYCbCr420_HDTV709r6_8u_C3P2R_L, "sSdDvVz", kC3Even, ZS_P2, kNone),
+#undef ZS_P2
+#undef ZS_411
+#undef ZS_422
     // (end of Subsampled YCbCr and BT.709)
 
     // Chroma reformatting, filters and interlace
