@@ -324,8 +324,8 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'h': s.i = c.threshold; break;
             case 'c': s.i = c.channels; break;
             case 'm': s.p = const_cast<float*>(kTwistMatrix); break;
-            case 'v': s.i = c.alpha % 4 - 1; break;     // vMin -1..2
-            case 'V': s.i = c.reserved1 & 3; break;     // vMax 0..3: at times not above vMin
+            case 'k': s.i = c.alpha % 4 - 1; break;     // vMin -1..2
+            case 'K': s.i = c.reserved1 & 3; break;     // vMax 0..3: at times not above vMin
             default: std::fprintf(stderr, "%s: unknown role '%c'\n", row.name, roles[k]); std::abort();
         }
     }

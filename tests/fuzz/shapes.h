@@ -150,6 +150,7 @@ ZilStatus InvokeVersion(const Slot*);
 //   a alpha            n noise            t dither          l levels
 //   o bit offset       x reserved int     h threshold       c channel code
 //   p result cell (int*), a destination of one int
+//   m the twist matrix   k K the gamma range vMin, vMax
 struct Row {
     const char* name;
     ZilStatus (*call)(const Slot*);
@@ -243,7 +244,7 @@ inline constexpr Row kRows[] = {
 #endif
 
     // Gamma. In-place forms pass their one image as the destination; the 32f
-    // forms take the roles v (vMin) and V (vMax) last. Planes of es-byte samples
+    // forms take the roles k (vMin) and K (vMax) last. Planes of es-byte samples
     // share one step.
 #define ZIL_GAMMA_P3(es) \
     [] { Img m = Planes(3, StepOne, {es, XW, YH}, {es, XW, YH}, {es, XW, YH}); return m.elem = es, m; }()
@@ -257,7 +258,7 @@ inline constexpr Row kRows[] = {
         ZROW(ziliGamma##Dir##_##code##_IP3R, "dDz" ex, kNone, ZIL_GAMMA_P3(es), kNone)
     ZIL_GAMMA_ROWS(Fwd, 8u, 1, Int, ""), ZIL_GAMMA_ROWS(Inv, 8u, 1, Int, ""),
     ZIL_GAMMA_ROWS(Fwd, 16u, 2, Int, ""), ZIL_GAMMA_ROWS(Inv, 16u, 2, Int, ""),
-    ZIL_GAMMA_ROWS(Fwd, 32f, 4, Float, "vV"), ZIL_GAMMA_ROWS(Inv, 32f, 4, Float, "vV"),
+    ZIL_GAMMA_ROWS(Fwd, 32f, 4, Float, "kK"), ZIL_GAMMA_ROWS(Inv, 32f, 4, Float, "kK"),
 #undef ZIL_GAMMA_ROWS
 #undef ZIL_GAMMA_P3
     // (end of Gamma)
