@@ -11,11 +11,7 @@
 
 #include "zil_common.h"
 
-#if __has_include("primitives/power.h")
 #include "primitives/power.h"
-#else
-extern "C" ZIL_HIDDEN double mx_zilsPowOne(double x, double y);
-#endif
 
 namespace zil::cie {
 
