@@ -26,29 +26,25 @@ inline float SumY(float r, float g, float b) { return kYB * b + kYG * g + kYR * 
 inline float SumZ(float r, float g, float b) { return kZB * b + kZG * g + kZR * r; }
 
 // f(t): the cube root above the threshold, 7.787 t + 16/116 at or below it.
-// `root` receives the double power result where it is taken.
-inline float F(float t, double& root) {
-    if (t > kThresh) {
-        root = CubeRoot(t);
-        return float(root);
-    }
-    return kSlopeF * t + kOffF;
-}
-inline float F(float t) {
-    double root;
-    return F(t, root);
-}
+inline float F(float t) { return t > kThresh ? CubeRootF(t) : kSlopeF * t + kOffF; }
 
 // Forward kernels: fx, fy, fz and L from x, y, z (white = 1). LDouble: L is
-// 116 p - 16 in double, narrowed (the 8u to 16u form).
+// 116 p - 16 in double from the double power result p, narrowed (the 8u to
+// 16u form).
 struct LabF { float l, fx, fy, fz; };
 template <bool LDouble>
 inline LabF Forward(float x, float y, float z) {
     LabF o;
-    double p = 0;
-    o.fy = F(y, p);
-    if (y > kThresh) o.l = LDouble ? float(116.0 * p - 16.0) : 116.f * o.fy - 16.f;
-    else o.l = kSlopeL * y;
+    if (y > kThresh) {
+        if constexpr (LDouble) {
+            const double p = CubeRoot(y);
+            o.fy = float(p), o.l = float(116.0 * p - 16.0);
+        } else {
+            o.fy = CubeRootF(y), o.l = 116.f * o.fy - 16.f;
+        }
+    } else {
+        o.fy = kSlopeF * y + kOffF, o.l = kSlopeL * y;
+    }
     o.fx = F(x), o.fz = F(z);
     return o;
 }

@@ -24,7 +24,7 @@ inline constexpr float kVBump = 9e-5f;
 
 // L (0..100) from y on 0..1. Lin is the linear branch's value.
 inline float Lightness(float y, float lin) {
-    return y > kThresh ? float(CubeRoot(y)) * 116.f - 16.f : lin;
+    return y > kThresh ? CubeRootF(y) * 116.f - 16.f : lin;
 }
 
 // u', v' from X, Y, Z of any common scale; both 0 for Y = 0.
