@@ -147,3 +147,9 @@ inline ZilStatus Check(const S* src, const D* dst, ZilSize sz) {
         mx_my##STEM(src, srcStep, dst, dstStep, sz, STRIDE, SWAP);                                        \
         return zilStatusOk;                                                                               \
     }
+
+// One depth of a conversion: its named layers and its C3R and AC4R exports.
+#define ZIL_CIE_DEPTH(CONV, DEPTH, F, SHIFT)                                      \
+    ZIL_CIE_LAYERS(CONV##_##DEPTH##_C3R, F, SHIFT)                                \
+    ZIL_CIE_EXPORT(zili##CONV##_##DEPTH##_C3R, CONV##_##DEPTH##_C3R, F, 3, 0)      \
+    ZIL_CIE_EXPORT(zili##CONV##_##DEPTH##_AC4R, CONV##_##DEPTH##_C3R, F, 4, 0)

@@ -123,80 +123,67 @@ struct Inv32f {
     }
 };
 
-// The integer inverses. Black below the L threshold (-32768 in 16s).
-// 8u: Y, X, Z on 0..255, Z = 3 s - X / 3 - 5 Y, the rounding 0.5 inside the
-// sums. 16u: X, Y, Z on 0..1, the sums scaled by 65535 before the 0.5.
-// 16s: Y, X, Z on 0..65535 like 8u, Z as 16u, the 0.5 first in the sums.
+// The integer inverses, one body over three rows. Black below the L
+// threshold (-32768 in 16s). Samples decode on a scale of `max`; Y is then
+// scaled by yScale. The sums of R, G, B are written in three orders:
+//   Round8u:   0.5 inside the sums (8u), Y, X, Z on 0..255;
+//   Scaled16u: X, Y, Z on 0..1, each sum times 65535, then 0.5;
+//   Half16s:   0.5 first, then the Y term, Y, X, Z on 0..65535.
+// B is always finished in double from the single (0.055648 X - 0.204043 Y).
+enum class Sums : uint8_t { Round8u, Scaled16u, Half16s };
+struct IntInv {
+    int32_t bias;
+    float max, yScale, guard;
+    bool zXFirst;  // Z = 3 s - X / 3 - 5 Y (else 3 s - 5 Y - X / 3)
+    Sums sums;
+};
+//                               bias   max      yScale   v' guard   Z order  sums
+inline constexpr IntInv kInv8u {0,     255.f,   255.f,   kVGuard,   true,  Sums::Round8u};
+inline constexpr IntInv kInv16u{0,     65535.f, 1.f,     kVGuard16, false, Sums::Scaled16u};
+inline constexpr IntInv kInv16s{32768, 65535.f, 65535.f, kVGuard16, false, Sums::Half16s};
+
 inline double BlueD(float x, float y, float z) { return double(kBX * x + kBY * y) + 0.5 + double(z) * kBZd; }
 
-struct Inv8u {
-    using S = uint8_t;
-    using D = uint8_t;
+template <class T, const IntInv& M>
+struct InvInt {
+    using S = T;
+    using D = T;
     static constexpr bool kRgbIn = false;
+    static constexpr int32_t kHi = int32_t(M.max);
     static void Px(S l0, S u0, S v0, D* o) {
-        const float l = float(l0) * 100.f / 255.f;
+        const float l = float(int32_t(l0) + M.bias) * 100.f / M.max;
         if (l < kLMin) {
-            o[0] = o[1] = o[2] = 0;
+            o[0] = o[1] = o[2] = T(-M.bias);
             return;
         }
-        const float y = YFromL(l) * 255.f, l13 = 13.f * l;
-        const float vv = float(v0) * 262.f / 255.f - 140.f, uv = float(u0) * 354.f / 255.f - 134.f;
-        const float vp = VPrime(vv, l13, kRefInt.v, kVGuard), up = uv / l13 + kRefInt.u;
+        const float y = YFromL(l) * M.yScale, l13 = 13.f * l;
+        const float vv = float(int32_t(v0) + M.bias) * 262.f / M.max - 140.f;
+        const float uv = float(int32_t(u0) + M.bias) * 354.f / M.max - 134.f;
+        const float vp = VPrime(vv, l13, kRefInt.v, M.guard), up = uv / l13 + kRefInt.u;
         const float s = y / vp;
         const float x = up * 2.25f * s;
-        const float z = s * 3.f - x / 3.f - 5.f * y;
-        o[0] = uint8_t(Clamp(Trunc(kRX * x + 0.5f + kRY * y + kRZ * z), 0, 255));
-        o[1] = uint8_t(Clamp(Trunc(0.5f + kGX * x + kGY * y + kGZ * z), 0, 255));
-        o[2] = uint8_t(Clamp(Trunc(BlueD(x, y, z)), 0, 255));
+        const float z = M.zXFirst ? s * 3.f - x / 3.f - 5.f * y : s * 3.f - 5.f * y - x / 3.f;
+        int32_t r, g, b;
+        if constexpr (M.sums == Sums::Round8u) {
+            r = Trunc(kRX * x + 0.5f + kRY * y + kRZ * z);
+            g = Trunc(0.5f + kGX * x + kGY * y + kGZ * z);
+            b = Trunc(BlueD(x, y, z));
+        } else if constexpr (M.sums == Sums::Scaled16u) {
+            r = Trunc((kRX * x + kRY * y + kRZ * z) * 65535.f + 0.5f);
+            g = Trunc((kGY * y + kGX * x + kGZ * z) * 65535.f + 0.5f);
+            b = Trunc(float((double(kBX * x + kBY * y) + double(z) * kBZd) * 65535.0) + 0.5f);
+        } else {
+            r = Trunc(0.5f + kRY * y + kRX * x + kRZ * z);
+            g = Trunc(0.5f + kGY * y + kGX * x + kGZ * z);
+            b = Trunc(BlueD(x, y, z));
+        }
+        o[0] = T(Clamp(r, 0, kHi) - M.bias), o[1] = T(Clamp(g, 0, kHi) - M.bias), o[2] = T(Clamp(b, 0, kHi) - M.bias);
     }
 };
 
-struct Inv16u {
-    using S = uint16_t;
-    using D = uint16_t;
-    static constexpr bool kRgbIn = false;
-    static void Px(S l0, S u0, S v0, D* o) {
-        const float l = float(l0) * 100.f / 65535.f;
-        if (l < kLMin) {
-            o[0] = o[1] = o[2] = 0;
-            return;
-        }
-        const float y = YFromL(l), l13 = 13.f * l;
-        const float vv = float(v0) * 262.f / 65535.f - 140.f, uv = float(u0) * 354.f / 65535.f - 134.f;
-        const float vp = VPrime(vv, l13, kRefInt.v, kVGuard16), up = uv / l13 + kRefInt.u;
-        const float s = y / vp;
-        const float x = up * 2.25f * s;
-        const float z = s * 3.f - 5.f * y - x / 3.f;
-        const float bd = float((double(kBX * x + kBY * y) + double(z) * kBZd) * 65535.0);
-        o[0] = uint16_t(Clamp(Trunc((kRX * x + kRY * y + kRZ * z) * 65535.f + 0.5f), 0, 65535));
-        o[1] = uint16_t(Clamp(Trunc((kGY * y + kGX * x + kGZ * z) * 65535.f + 0.5f), 0, 65535));
-        o[2] = uint16_t(Clamp(Trunc(bd + 0.5f), 0, 65535));
-    }
-};
-
-struct Inv16s {
-    using S = int16_t;
-    using D = int16_t;
-    static constexpr bool kRgbIn = false;
-    static void Px(S l0, S u0, S v0, D* o) {
-        const float l = float(l0 + 32768) * 100.f / 65535.f;
-        if (l < kLMin) {
-            o[0] = o[1] = o[2] = -32768;
-            return;
-        }
-        const float y = YFromL(l) * 65535.f, l13 = 13.f * l;
-        const float vv = float(v0 + 32768) * 262.f / 65535.f - 140.f;
-        const float uv = float(u0 + 32768) * 354.f / 65535.f - 134.f;
-        const float vp = VPrime(vv, l13, kRefInt.v, kVGuard16), up = uv / l13 + kRefInt.u;
-        const float s = y / vp;
-        const float x = up * 2.25f * s;
-        const float z = s * 3.f - 5.f * y - x / 3.f;
-        o[0] = int16_t(Clamp(Trunc(0.5f + kRY * y + kRX * x + kRZ * z), 0, 65535) - 32768);
-        o[1] = int16_t(Clamp(Trunc(0.5f + kGY * y + kGX * x + kGZ * z), 0, 65535) - 32768);
-        o[2] = int16_t(Clamp(Trunc(BlueD(x, y, z)), 0, 65535) - 32768);
-    }
-};
-
+using Inv8u = InvInt<uint8_t, kInv8u>;
+using Inv16u = InvInt<uint16_t, kInv16u>;
+using Inv16s = InvInt<int16_t, kInv16s>;
 using Fwd16u = Fwd16<uint16_t, 0>;
 using Fwd16s = Fwd16<int16_t, 32768>;
 
@@ -205,35 +192,20 @@ using Fwd16s = Fwd16<int16_t, 32768>;
 
 using namespace zil::cie;
 
-// The 32f forward layer alone walks byte steps as given; the other 16- and
-// 32-bit layers step in whole samples.
-ZIL_CIE_LAYERS(RGBToLUV_8u_C3R, Fwd8u, 0)
-ZIL_CIE_LAYERS(RGBToLUV_16u_C3R, Fwd16u, 1)
-ZIL_CIE_LAYERS(RGBToLUV_16s_C3R, Fwd16s, 1)
-ZIL_CIE_LAYERS(RGBToLUV_32f_C3R, Fwd32f, 0)
-ZIL_CIE_LAYERS(LUVToRGB_8u_C3R, Inv8u, 0)
-ZIL_CIE_LAYERS(LUVToRGB_16u_C3R, Inv16u, 1)
-ZIL_CIE_LAYERS(LUVToRGB_16s_C3R, Inv16s, 1)
-ZIL_CIE_LAYERS(LUVToRGB_32f_C3R, Inv32f, 2)
+// The 32f forward layer alone walks byte steps as given (SHIFT 0); the other
+// 16- and 32-bit layers step in whole samples.
+//            conversion depth functor SHIFT
+ZIL_CIE_DEPTH(RGBToLUV, 8u, Fwd8u, 0)
+ZIL_CIE_DEPTH(RGBToLUV, 16u, Fwd16u, 1)
+ZIL_CIE_DEPTH(RGBToLUV, 16s, Fwd16s, 1)
+ZIL_CIE_DEPTH(RGBToLUV, 32f, Fwd32f, 0)
+ZIL_CIE_DEPTH(LUVToRGB, 8u, Inv8u, 0)
+ZIL_CIE_DEPTH(LUVToRGB, 16u, Inv16u, 1)
+ZIL_CIE_DEPTH(LUVToRGB, 16s, Inv16s, 1)
+ZIL_CIE_DEPTH(LUVToRGB, 32f, Inv32f, 2)
 
-//              export                   layers              functor  stride swap
-ZIL_CIE_EXPORT(ziliRGBToLUV_8u_C3R,   RGBToLUV_8u_C3R,  Fwd8u,  3, 0)
-ZIL_CIE_EXPORT(ziliRGBToLUV_8u_AC4R,  RGBToLUV_8u_C3R,  Fwd8u,  4, 0)
-ZIL_CIE_EXPORT(ziliBGRToLUV_8u_C3R,   RGBToLUV_8u_C3R,  Fwd8u,  3, 1)
-ZIL_CIE_EXPORT(ziliRGBToLUV_16u_C3R,  RGBToLUV_16u_C3R, Fwd16u, 3, 0)
-ZIL_CIE_EXPORT(ziliRGBToLUV_16u_AC4R, RGBToLUV_16u_C3R, Fwd16u, 4, 0)
-ZIL_CIE_EXPORT(ziliRGBToLUV_16s_C3R,  RGBToLUV_16s_C3R, Fwd16s, 3, 0)
-ZIL_CIE_EXPORT(ziliRGBToLUV_16s_AC4R, RGBToLUV_16s_C3R, Fwd16s, 4, 0)
-ZIL_CIE_EXPORT(ziliRGBToLUV_32f_C3R,  RGBToLUV_32f_C3R, Fwd32f, 3, 0)
-ZIL_CIE_EXPORT(ziliRGBToLUV_32f_AC4R, RGBToLUV_32f_C3R, Fwd32f, 4, 0)
-ZIL_CIE_EXPORT(ziliBGRToLUV_32f_C3R,  RGBToLUV_32f_C3R, Fwd32f, 3, 1)
-ZIL_CIE_EXPORT(ziliLUVToRGB_8u_C3R,   LUVToRGB_8u_C3R,  Inv8u,  3, 0)
-ZIL_CIE_EXPORT(ziliLUVToRGB_8u_AC4R,  LUVToRGB_8u_C3R,  Inv8u,  4, 0)
-ZIL_CIE_EXPORT(ziliLUVToBGR_8u_C3R,   LUVToRGB_8u_C3R,  Inv8u,  3, 1)
-ZIL_CIE_EXPORT(ziliLUVToRGB_16u_C3R,  LUVToRGB_16u_C3R, Inv16u, 3, 0)
-ZIL_CIE_EXPORT(ziliLUVToRGB_16u_AC4R, LUVToRGB_16u_C3R, Inv16u, 4, 0)
-ZIL_CIE_EXPORT(ziliLUVToRGB_16s_C3R,  LUVToRGB_16s_C3R, Inv16s, 3, 0)
-ZIL_CIE_EXPORT(ziliLUVToRGB_16s_AC4R, LUVToRGB_16s_C3R, Inv16s, 4, 0)
-ZIL_CIE_EXPORT(ziliLUVToRGB_32f_C3R,  LUVToRGB_32f_C3R, Inv32f, 3, 0)
-ZIL_CIE_EXPORT(ziliLUVToRGB_32f_AC4R, LUVToRGB_32f_C3R, Inv32f, 4, 0)
-ZIL_CIE_EXPORT(ziliLUVToBGR_32f_C3R,  LUVToRGB_32f_C3R, Inv32f, 3, 1)
+// The BGR twins: the RGB kernels with the swap flag set.
+ZIL_CIE_EXPORT(ziliBGRToLUV_8u_C3R, RGBToLUV_8u_C3R, Fwd8u, 3, 1)
+ZIL_CIE_EXPORT(ziliBGRToLUV_32f_C3R, RGBToLUV_32f_C3R, Fwd32f, 3, 1)
+ZIL_CIE_EXPORT(ziliLUVToBGR_8u_C3R, LUVToRGB_8u_C3R, Inv8u, 3, 1)
+ZIL_CIE_EXPORT(ziliLUVToBGR_32f_C3R, LUVToRGB_32f_C3R, Inv32f, 3, 1)

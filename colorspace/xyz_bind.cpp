@@ -11,31 +11,31 @@ namespace zil::cie {
 namespace {
 
 // Q16 matrices: each coefficient times 65536, truncated.
-inline constexpr int32_t kQX[3] = {27030, 23434, 11824}, kQY[3] = {13937, 46868, 4729},
-                         kQZ[3] = {1267, 7811, 62274};
-inline constexpr int32_t kQR[3] = {212368, -100738, -32671}, kQG[3] = {-63521, 122944, 2723},
-                         kQB[3] = {3646, -13372, 69291};
-static_assert(int32_t(double(kXR) * 65536) == kQX[0] && int32_t(double(kZB) * 65536) == kQZ[2] &&
-                  int32_t(double(kRX) * 65536) == kQR[0] && int32_t(double(kGX) * 65536) == kQG[0],
+using Q16Matrix = int32_t[3][3];
+inline constexpr Q16Matrix kQFwd = {{27030, 23434, 11824}, {13937, 46868, 4729}, {1267, 7811, 62274}};
+inline constexpr Q16Matrix kQInv = {{212368, -100738, -32671}, {-63521, 122944, 2723}, {3646, -13372, 69291}};
+static_assert(int32_t(double(kXR) * 65536) == kQFwd[0][0] && int32_t(double(kZB) * 65536) == kQFwd[2][2] &&
+                  int32_t(double(kRX) * 65536) == kQInv[0][0] && int32_t(double(kGX) * 65536) == kQInv[1][0],
               "Q16 matrices are the single-precision coefficients, truncated");
 
-template <class T>
-constexpr int32_t Q16(const int32_t (&k)[3], T a, T b, T c) {
-    return (k[0] * int32_t(a) + k[1] * int32_t(b) + k[2] * int32_t(c)) >> 16;
-}
-
-// 8u forward: X and Y sums stay below 65536 per unit and are stored as they
-// are; Z's coefficients sum above 65536, so Z is clamped.
-struct Fwd8u {
+// 8u: sums of products shifted right by 16 (arithmetic: negative sums floor),
+// no rounding add. Channels from ClampFrom on are clamped to 0..255, the others
+// stored as their low byte: forward X and Y stay below 256 (their coefficients
+// sum below 65536) and only Z is clamped; the inverse clamps all three.
+template <const Q16Matrix& K, int ClampFrom, bool RgbIn>
+struct Fixed8u {
     using S = uint8_t;
     using D = uint8_t;
-    static constexpr bool kRgbIn = true;
-    static void Px(S r, S g, S b, D* o) {
-        o[0] = uint8_t(Q16(kQX, r, g, b));
-        o[1] = uint8_t(Q16(kQY, r, g, b));
-        o[2] = uint8_t(Clamp255(Q16(kQZ, r, g, b)));
+    static constexpr bool kRgbIn = RgbIn;
+    static void Px(S a, S b, S c, D* o) {
+        for (int i = 0; i < 3; ++i) {
+            const int32_t v = (K[i][0] * a + K[i][1] * b + K[i][2] * c) >> 16;
+            o[i] = uint8_t(i >= ClampFrom ? Clamp255(v) : v);
+        }
     }
 };
+using Fwd8u = Fixed8u<kQFwd, 2, true>;
+using Inv8u = Fixed8u<kQInv, 0, false>;
 
 // 16-bit forward on the 0..65535 scale; Bias is 32768 for 16s, else 0.
 template <class T, int32_t Bias>
@@ -60,18 +60,6 @@ struct Fwd32f {
         o[0] = kXR * r + kXG * g + kXB * b;
         o[1] = kYR * r + kYG * g + kYB * b;
         o[2] = Unit(kZR * r + kZG * g + kZB * b);
-    }
-};
-
-// 8u inverse: arithmetic shift (negative sums floor), clamp by comparison.
-struct Inv8u {
-    using S = uint8_t;
-    using D = uint8_t;
-    static constexpr bool kRgbIn = false;
-    static void Px(S x, S y, S z, D* o) {
-        o[0] = uint8_t(Clamp255(Q16(kQR, x, y, z)));
-        o[1] = uint8_t(Clamp255(Q16(kQG, x, y, z)));
-        o[2] = uint8_t(Clamp255(Q16(kQB, x, y, z)));
     }
 };
 
@@ -115,29 +103,13 @@ using Inv16s = Inv16<int16_t, 32768>;
 
 using namespace zil::cie;
 
-ZIL_CIE_LAYERS(RGBToXYZ_8u_C3R, Fwd8u, 0)
-ZIL_CIE_LAYERS(RGBToXYZ_16u_C3R, Fwd16u, 1)
-ZIL_CIE_LAYERS(RGBToXYZ_16s_C3R, Fwd16s, 1)
-ZIL_CIE_LAYERS(RGBToXYZ_32f_C3R, Fwd32f, 2)
-ZIL_CIE_LAYERS(XYZToRGB_8u_C3R, Inv8u, 0)
-ZIL_CIE_LAYERS(XYZToRGB_16u_C3R, Inv16u, 1)
-ZIL_CIE_LAYERS(XYZToRGB_16s_C3R, Inv16s, 1)
-ZIL_CIE_LAYERS(XYZToRGB_32f_C3R, Inv32f, 2)
-
-//              export                   layers              functor  stride swap
-ZIL_CIE_EXPORT(ziliRGBToXYZ_8u_C3R,   RGBToXYZ_8u_C3R,  Fwd8u,  3, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_8u_AC4R,  RGBToXYZ_8u_C3R,  Fwd8u,  4, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_16u_C3R,  RGBToXYZ_16u_C3R, Fwd16u, 3, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_16u_AC4R, RGBToXYZ_16u_C3R, Fwd16u, 4, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_16s_C3R,  RGBToXYZ_16s_C3R, Fwd16s, 3, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_16s_AC4R, RGBToXYZ_16s_C3R, Fwd16s, 4, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_32f_C3R,  RGBToXYZ_32f_C3R, Fwd32f, 3, 0)
-ZIL_CIE_EXPORT(ziliRGBToXYZ_32f_AC4R, RGBToXYZ_32f_C3R, Fwd32f, 4, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_8u_C3R,   XYZToRGB_8u_C3R,  Inv8u,  3, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_8u_AC4R,  XYZToRGB_8u_C3R,  Inv8u,  4, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_16u_C3R,  XYZToRGB_16u_C3R, Inv16u, 3, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_16u_AC4R, XYZToRGB_16u_C3R, Inv16u, 4, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_16s_C3R,  XYZToRGB_16s_C3R, Inv16s, 3, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_16s_AC4R, XYZToRGB_16s_C3R, Inv16s, 4, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_32f_C3R,  XYZToRGB_32f_C3R, Inv32f, 3, 0)
-ZIL_CIE_EXPORT(ziliXYZToRGB_32f_AC4R, XYZToRGB_32f_C3R, Inv32f, 4, 0)
+// Row layers step in whole samples (SHIFT 1 or 2) except where SHIFT is 0.
+//            conversion depth functor SHIFT
+ZIL_CIE_DEPTH(RGBToXYZ, 8u, Fwd8u, 0)
+ZIL_CIE_DEPTH(RGBToXYZ, 16u, Fwd16u, 1)
+ZIL_CIE_DEPTH(RGBToXYZ, 16s, Fwd16s, 1)
+ZIL_CIE_DEPTH(RGBToXYZ, 32f, Fwd32f, 2)
+ZIL_CIE_DEPTH(XYZToRGB, 8u, Inv8u, 0)
+ZIL_CIE_DEPTH(XYZToRGB, 16u, Inv16u, 1)
+ZIL_CIE_DEPTH(XYZToRGB, 16s, Inv16s, 1)
+ZIL_CIE_DEPTH(XYZToRGB, 32f, Inv32f, 2)
