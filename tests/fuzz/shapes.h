@@ -244,68 +244,27 @@ inline constexpr Row kRows[] = {
     // (end of Chroma reformatting, filters and interlace)
 
     // XYZ, LUV, Lab and YCC
-    ZROW(ziliRGBToLab_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliBGRToLab_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliLabToRGB_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliLabToBGR_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliRGBToLab_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliBGRToLab_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliLabToRGB_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliLabToBGR_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliBGRToLab_8u16u_C3R, "sSdDz", One(3, XW, YH, 1), One(6, XW, YH, 2), kNone),
-    ZROW(ziliLabToBGR_16u8u_C3R, "sSdDz", One(6, XW, YH, 2), One(3, XW, YH, 1), kNone),
-    ZROW(ziliRGBToLUV_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliRGBToLUV_8u_AC4R, "sSdDz", One(4, XW, YH, 1), One(4, XW, YH, 1), kNone),
-    ZROW(ziliBGRToLUV_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliRGBToLUV_16u_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliRGBToLUV_16u_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliRGBToLUV_16s_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliRGBToLUV_16s_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliRGBToLUV_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliRGBToLUV_32f_AC4R, "sSdDz", Float(One(16, XW, YH, 4)), Float(One(16, XW, YH, 4)), kNone),
-    ZROW(ziliBGRToLUV_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliLUVToRGB_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliLUVToRGB_8u_AC4R, "sSdDz", One(4, XW, YH, 1), One(4, XW, YH, 1), kNone),
-    ZROW(ziliLUVToBGR_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliLUVToRGB_16u_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliLUVToRGB_16u_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliLUVToRGB_16s_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliLUVToRGB_16s_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliLUVToRGB_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliLUVToRGB_32f_AC4R, "sSdDz", Float(One(16, XW, YH, 4)), Float(One(16, XW, YH, 4)), kNone),
-    ZROW(ziliLUVToBGR_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliRGBToXYZ_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliRGBToXYZ_8u_AC4R, "sSdDz", One(4, XW, YH, 1), One(4, XW, YH, 1), kNone),
-    ZROW(ziliRGBToXYZ_16u_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliRGBToXYZ_16u_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliRGBToXYZ_16s_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliRGBToXYZ_16s_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliRGBToXYZ_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliRGBToXYZ_32f_AC4R, "sSdDz", Float(One(16, XW, YH, 4)), Float(One(16, XW, YH, 4)), kNone),
-    ZROW(ziliXYZToRGB_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliXYZToRGB_8u_AC4R, "sSdDz", One(4, XW, YH, 1), One(4, XW, YH, 1), kNone),
-    ZROW(ziliXYZToRGB_16u_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliXYZToRGB_16u_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliXYZToRGB_16s_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliXYZToRGB_16s_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliXYZToRGB_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliXYZToRGB_32f_AC4R, "sSdDz", Float(One(16, XW, YH, 4)), Float(One(16, XW, YH, 4)), kNone),
-    ZROW(ziliRGBToYCC_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliRGBToYCC_8u_AC4R, "sSdDz", One(4, XW, YH, 1), One(4, XW, YH, 1), kNone),
-    ZROW(ziliRGBToYCC_16u_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliRGBToYCC_16u_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliRGBToYCC_16s_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliRGBToYCC_16s_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliRGBToYCC_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliRGBToYCC_32f_AC4R, "sSdDz", Float(One(16, XW, YH, 4)), Float(One(16, XW, YH, 4)), kNone),
-    ZROW(ziliYCCToRGB_8u_C3R, "sSdDz", One(3, XW, YH, 1), One(3, XW, YH, 1), kNone),
-    ZROW(ziliYCCToRGB_8u_AC4R, "sSdDz", One(4, XW, YH, 1), One(4, XW, YH, 1), kNone),
-    ZROW(ziliYCCToRGB_16u_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliYCCToRGB_16u_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliYCCToRGB_16s_C3R, "sSdDz", One(6, XW, YH, 2), One(6, XW, YH, 2), kNone),
-    ZROW(ziliYCCToRGB_16s_AC4R, "sSdDz", One(8, XW, YH, 2), One(8, XW, YH, 2), kNone),
-    ZROW(ziliYCCToRGB_32f_C3R, "sSdDz", Float(One(12, XW, YH, 4)), Float(One(12, XW, YH, 4)), kNone),
-    ZROW(ziliYCCToRGB_32f_AC4R, "sSdDz", Float(One(16, XW, YH, 4)), Float(One(16, XW, YH, 4)), kNone),
+    // Three-sample pixels (C3) and four (AC4, the fourth untouched), of one
+    // element type on both sides but for the two mixed Lab forms.
+#define ZIL_CIE_C3(f, se, de, fl) ZROW(f, "sSdDz", fl(One(3 * se, XW, YH, se)), fl(One(3 * de, XW, YH, de)), kNone)
+#define ZIL_CIE_AC4(f, e, fl) ZROW(f, "sSdDz", fl(One(4 * e, XW, YH, e)), fl(One(4 * e, XW, YH, e)), kNone)
+#define ZIL_CIE_PAIR(stem, e, fl) ZIL_CIE_C3(stem##_C3R, e, e, fl), ZIL_CIE_AC4(stem##_AC4R, e, fl)
+#define ZIL_CIE_DEPTHS(conv)                                                                           \
+    ZIL_CIE_PAIR(zili##conv##_8u, 1, Int), ZIL_CIE_PAIR(zili##conv##_16u, 2, Int),                      \
+        ZIL_CIE_PAIR(zili##conv##_16s, 2, Int), ZIL_CIE_PAIR(zili##conv##_32f, 4, Float)
+    ZIL_CIE_DEPTHS(RGBToXYZ), ZIL_CIE_DEPTHS(XYZToRGB), ZIL_CIE_DEPTHS(RGBToLUV), ZIL_CIE_DEPTHS(LUVToRGB),
+    ZIL_CIE_DEPTHS(RGBToYCC), ZIL_CIE_DEPTHS(YCCToRGB),
+    ZIL_CIE_C3(ziliBGRToLUV_8u_C3R, 1, 1, Int), ZIL_CIE_C3(ziliLUVToBGR_8u_C3R, 1, 1, Int),
+    ZIL_CIE_C3(ziliBGRToLUV_32f_C3R, 4, 4, Float), ZIL_CIE_C3(ziliLUVToBGR_32f_C3R, 4, 4, Float),
+    ZIL_CIE_C3(ziliRGBToLab_8u_C3R, 1, 1, Int), ZIL_CIE_C3(ziliBGRToLab_8u_C3R, 1, 1, Int),
+    ZIL_CIE_C3(ziliLabToRGB_8u_C3R, 1, 1, Int), ZIL_CIE_C3(ziliLabToBGR_8u_C3R, 1, 1, Int),
+    ZIL_CIE_C3(ziliRGBToLab_32f_C3R, 4, 4, Float), ZIL_CIE_C3(ziliBGRToLab_32f_C3R, 4, 4, Float),
+    ZIL_CIE_C3(ziliLabToRGB_32f_C3R, 4, 4, Float), ZIL_CIE_C3(ziliLabToBGR_32f_C3R, 4, 4, Float),
+    ZIL_CIE_C3(ziliBGRToLab_8u16u_C3R, 1, 2, Int), ZIL_CIE_C3(ziliLabToBGR_16u8u_C3R, 2, 1, Int),
+#undef ZIL_CIE_DEPTHS
+#undef ZIL_CIE_PAIR
+#undef ZIL_CIE_AC4
+#undef ZIL_CIE_C3
     // (end of XYZ, LUV, Lab and YCC)
 
     // HLS, HSV and YCoCg
