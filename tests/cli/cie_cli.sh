@@ -21,21 +21,19 @@ refused() {
 }
 
 printf 'P6\n2 1\n255\n\0\0\0\377\377\377' > bw.ppm           # black, white
-printf 'P6\n1 1\n255\n\0\0\377' > blue.ppm
-run "$Z" convert bw.ppm ycc.ppm --to ycc
-same "ycc of black, white" "$(samples ycc.ppm)" "0 156 137 181 156 137"
-run "$Z" convert ycc.ppm back.ppm --from ycc
-same "ycc back: the 8-bit gains lose white" "$(samples back.ppm)" "0 0 0 245 245 245"
-run "$Z" convert blue.ppm b.ppm --to ycc
-same "ycc of blue" "$(samples b.ppm)" "20 254 121"
-run "$Z" convert bw.ppm lab.ppm --to lab
-same "lab of black, white" "$(samples lab.ppm)" "0 128 128 255 128 128"
-run "$Z" convert lab.ppm back.ppm --from lab
-same "lab back: black comes back as 1" "$(samples back.ppm)" "1 1 1 255 255 255"
-run "$Z" convert bw.ppm xyz.ppm --to xyz
-same "xyz of black, white" "$(samples xyz.ppm)" "0 0 0 242 254 255"
-run "$Z" convert bw.ppm luv.ppm --to luv
-same "luv of black" "$(samples luv.ppm | cut -d' ' -f1-3)" "0 97 136"
+# conv SPACE IN WANT [BACK]: --to SPACE gives WANT, --from SPACE of that gives BACK.
+conv() {
+    run "$Z" convert "$2" "$1.ppm" --to "$1"
+    same "$1 of $2" "$(samples "$1.ppm")" "$3"
+    [[ -z ${4:-} ]] && return
+    run "$Z" convert "$1.ppm" back.ppm --from "$1"
+    same "$1 back" "$(samples back.ppm)" "$4"
+}
+conv ycc bw.ppm "0 156 137 181 156 137" "0 0 0 245 245 245"  # the 8-bit gains lose white
+conv lab bw.ppm "0 128 128 255 128 128" "1 1 1 255 255 255"  # no linear branch back
+conv xyz bw.ppm "0 0 0 242 254 255"
+printf 'P6\n1 1\n255\n\0\0\0' > k.ppm
+conv luv k.ppm "0 97 136"
 
 # 16-bit files take the 16u forms (PNM samples are big-endian): YCC of black
 # is (0, 40092, 35209) = 0x0000 0x9C9C 0x8989.
@@ -58,6 +56,5 @@ run "$Z" demo --out demo --size 32x16
 for s in xyz luv lab ycc; do
     [[ -s demo/cie-$s.png ]] || fail "demo: no cie-$s.png"
 done
-grep -q '  lab ' out.txt || fail "demo summary lacks the Lab round trip"
 
 exit $((fails > 0))
