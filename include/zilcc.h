@@ -688,6 +688,109 @@ ZilStatus ziliRGBToYCbCr420_HDTV709r6_8u_C3P2R_L(const uint8_t* src, int64_t src
 /* (end of Chroma reformatting, filters and interlace) */
 
 /* ---- XYZ, LUV, Lab and YCC ---------------------------------------------------------- */
+/* RGB <-> CIE XYZ (reference white D65, 3x3 matrix). C3R: three interleaved
+ * samples a pixel; AC4R: four, the fourth neither read nor written.
+ * 8u: fixed point, matrix x 65536 truncated, no rounding; X and Y stored as
+ * they are, Z clamped to 0..255; the inverse floors and clamps 0..255.
+ * 16u/16s: single precision with 0.5 added after the first product (the 16u
+ * inverse's B finishes in double); forward Z and all inverse channels clamped
+ * to 0..65535; 16s samples are those values less 32768. 16u, 16s and 32f
+ * steps are taken in whole samples (byte step >> 1, >> 2).
+ * 32f: RGB nominally 0..1; forward Z and all inverse channels limited to 0..1.
+ * Checks: src or dst null -8, then width or height < 1 -6. Steps unchecked. */
+ZilStatus ziliRGBToXYZ_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToXYZ_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliXYZToRGB_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+/* RGB (BGR: channels 0 and 2 exchanged) <-> CIE LUV. L 0..100, U, V about
+ * -134..220 and -140..122. Encodings: 8u L*255/100, (U+134)*255/354,
+ * (V+140)*255/262; 16u the same on 65535; 16s the 16u value less 32768; 32f
+ * L, U, V themselves. Forward: Y > 0.008856 takes the cube root (L = 116
+ * Y^(1/3) - 16), else L = 903.3 Y; Y = 0 gives u' = v' = 0. The 8u forward
+ * truncates L and rounds U and V; integer forward outputs are not clamped
+ * (low bits stored). Inverse: L < 9e-5 gives black (16s: -32768 in all
+ * three); L >= 7.9996247 cubes, else Y = L/903.3; outputs clamped. The
+ * integer inverses use the white u' = 0.19783941, v' = 0.4683422, the rest
+ * 0.197839, 0.468342: the pair is not an exact round trip.
+ * Steps: 8u and RGBToLUV 32f use byte steps as given; the other 16u, 16s and
+ * 32f forms take them in whole samples. AC4R: the fourth sample untouched.
+ * Checks: src or dst null -8, then width or height < 1 -6. Steps unchecked. */
+ZilStatus ziliRGBToLUV_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToLUV_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLUV_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToLUV_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToBGR_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToRGB_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLUVToBGR_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+/* RGB or BGR <-> CIE Lab, C3 on both sides, byte steps as given.
+ * Encodings: 8u L*255/100, a+128, b+128; 16u (BGRToLab_8u16u, LabToBGR_16u8u)
+ * L*65535/100, (a+128)*255, (b+128)*255; 32f L, a, b themselves.
+ * Forward: f(t) = t^(1/3) for t > 0.008856, else 7.787 t + 16/116; L = 116 f(y)
+ * - 16 or 903.3 y. 8u rounds (0.5 on L, 128.5 on a and b), 8u16u truncates;
+ * integer outputs are not clamped (low bits stored). 32f forward limits x, y,
+ * z to at most 1. Inverse: always the cube (no linear branch, so Lab 8u
+ * (0,128,128) gives RGB (1,1,1)); 8u rounds and 16u8u truncates, both clamp
+ * to 0..255; 32f is not clamped.
+ * Checks: src or dst null -8, then width or height < 1 -6. Steps unchecked. */
+ZilStatus ziliRGBToLab_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToLab_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLabToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLabToBGR_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToLab_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToLab_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLabToRGB_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLabToBGR_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToLab_8u16u_C3R(const uint8_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliLabToBGR_16u8u_C3R(const uint16_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+/* RGB <-> photographic YCC: Y = 0.713 luma, C1 = 0.437 (B - luma) + 156/255,
+ * C2 = 0.532 (R - luma) + 137/255 (scaled by 255 at 8u, 65535 at 16u, less
+ * 32768 at 16s, themselves at 32f). 8u is fixed point without rounding, so
+ * white goes to (181,156,137) and back to (245,245,245). The forward
+ * direction stores low bits without a clamp; the inverse clamps (32f to 0..1).
+ * 16u, 16s and 32f steps are taken in whole samples (byte step >> 1, >> 2).
+ * AC4R: the fourth sample neither read nor written.
+ * Checks: src or dst null -8, then width or height < 1 -6. Steps unchecked. */
+ZilStatus ziliRGBToYCC_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToYCC_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCCToRGB_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
 /* (end of XYZ, LUV, Lab and YCC) */
 
 /* ---- HLS, HSV and YCoCg ---------------------------------------------------------- */

@@ -379,6 +379,27 @@ inline constexpr Row kRows[] = {
     // (end of Chroma reformatting, filters and interlace)
 
     // XYZ, LUV, Lab and YCC
+    // Three-sample pixels (C3) and four (AC4, the fourth untouched), of one
+    // element type on both sides but for the two mixed Lab forms.
+#define ZIL_CIE_C3(f, se, de, fl) ZROW(f, "sSdDz", fl(One(3 * se, XW, YH, se)), fl(One(3 * de, XW, YH, de)), kNone)
+#define ZIL_CIE_AC4(f, e, fl) ZROW(f, "sSdDz", fl(One(4 * e, XW, YH, e)), fl(One(4 * e, XW, YH, e)), kNone)
+#define ZIL_CIE_PAIR(stem, e, fl) ZIL_CIE_C3(stem##_C3R, e, e, fl), ZIL_CIE_AC4(stem##_AC4R, e, fl)
+#define ZIL_CIE_DEPTHS(conv)                                                                           \
+    ZIL_CIE_PAIR(zili##conv##_8u, 1, Int), ZIL_CIE_PAIR(zili##conv##_16u, 2, Int),                      \
+        ZIL_CIE_PAIR(zili##conv##_16s, 2, Int), ZIL_CIE_PAIR(zili##conv##_32f, 4, Float)
+    ZIL_CIE_DEPTHS(RGBToXYZ), ZIL_CIE_DEPTHS(XYZToRGB), ZIL_CIE_DEPTHS(RGBToLUV), ZIL_CIE_DEPTHS(LUVToRGB),
+    ZIL_CIE_DEPTHS(RGBToYCC), ZIL_CIE_DEPTHS(YCCToRGB),
+    ZIL_CIE_C3(ziliBGRToLUV_8u_C3R, 1, 1, Int), ZIL_CIE_C3(ziliLUVToBGR_8u_C3R, 1, 1, Int),
+    ZIL_CIE_C3(ziliBGRToLUV_32f_C3R, 4, 4, Float), ZIL_CIE_C3(ziliLUVToBGR_32f_C3R, 4, 4, Float),
+    ZIL_CIE_C3(ziliRGBToLab_8u_C3R, 1, 1, Int), ZIL_CIE_C3(ziliBGRToLab_8u_C3R, 1, 1, Int),
+    ZIL_CIE_C3(ziliLabToRGB_8u_C3R, 1, 1, Int), ZIL_CIE_C3(ziliLabToBGR_8u_C3R, 1, 1, Int),
+    ZIL_CIE_C3(ziliRGBToLab_32f_C3R, 4, 4, Float), ZIL_CIE_C3(ziliBGRToLab_32f_C3R, 4, 4, Float),
+    ZIL_CIE_C3(ziliLabToRGB_32f_C3R, 4, 4, Float), ZIL_CIE_C3(ziliLabToBGR_32f_C3R, 4, 4, Float),
+    ZIL_CIE_C3(ziliBGRToLab_8u16u_C3R, 1, 2, Int), ZIL_CIE_C3(ziliLabToBGR_16u8u_C3R, 2, 1, Int),
+#undef ZIL_CIE_DEPTHS
+#undef ZIL_CIE_PAIR
+#undef ZIL_CIE_AC4
+#undef ZIL_CIE_C3
     // (end of XYZ, LUV, Lab and YCC)
 
     // HLS, HSV and YCoCg

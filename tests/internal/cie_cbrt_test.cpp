@@ -1,0 +1,50 @@
+// The fast single-precision cube root of the LUV and Lab kernels against the
+// double power routine narrowed to single: same bits over a sweep of the
+// inputs the kernels pass (above the threshold, in 0..1 and far beyond) and
+// at inputs whose cube roots lie next to the midpoint of two singles.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "colorspace/cie_common.h"
+
+namespace {
+
+using zil::cie::CbrtEstimate;
+using zil::cie::CubeRoot;
+using zil::cie::CubeRootF;
+
+uint32_t Bits(float v) { uint32_t b; std::memcpy(&b, &v, 4); return b; }
+float FromBits(uint32_t b) { float v; std::memcpy(&v, &b, 4); return v; }
+
+// Same bits as the power routine, and the estimate inside the interval that
+// the fast path relies on.
+void Expect(float v, int& fallbacks) {
+    const double p = CubeRoot(v), e = CbrtEstimate(v);
+    ASSERT_EQ(Bits(CubeRootF(v)), Bits(float(p))) << v;
+    ASSERT_LE(std::abs(e - p), p * 0x1p-42) << v;  // the fast path needs 2^-40
+    fallbacks += float(e * (1 - 0x1p-40)) != float(e * (1 + 0x1p-40));
+}
+
+TEST(CieCubeRoot, SweepAgreesWithThePowerRoutine) {
+    int fallbacks = 0, n = 0;
+    const uint32_t lo = Bits(0.008856f) + 1, one = Bits(1.0f), top = Bits(3.0e38f);
+    for (uint32_t b = lo; b <= one; b += 13, ++n) Expect(FromBits(b), fallbacks);
+    for (uint32_t b = one; b <= top; b += 997, ++n) Expect(FromBits(b), fallbacks);
+    EXPECT_LT(fallbacks, n / 1000) << fallbacks << " of " << n;
+}
+
+// v near m^3, m the midpoint of two adjacent singles: the estimate cannot
+// decide there, and the power routine must.
+TEST(CieCubeRoot, NearRoundingBoundaries) {
+    int fallbacks = 0;
+    for (uint32_t b = Bits(0.2f); b < Bits(40.0f); b += 4099) {
+        const float f = FromBits(b);
+        const double m = (double(f) + double(FromBits(b + 1))) / 2;
+        const uint32_t c = Bits(float(m * m * m));
+        for (uint32_t d = c - 3; d <= c + 3; ++d) Expect(FromBits(d), fallbacks);
+    }
+    EXPECT_GT(fallbacks, 0);
+}
+
+}  // namespace
