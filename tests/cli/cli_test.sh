@@ -303,7 +303,7 @@ bad_input)
     : > empty.ppm
     bad 1 o.yuv "empty.ppm: empty file" "$Z" convert empty.ppm o.yuv --to i420
     printf 'hello world\n' > text.ppm
-    bad 1 o.yuv "text.ppm: not a PNG, PGM or PPM file" "$Z" convert text.ppm o.yuv --to i420
+    bad 1 o.yuv "text.ppm: not a PNG, PGM, PPM or PFM file" "$Z" convert text.ppm o.yuv --to i420
     # Malformed and truncated PNM.
     printf 'P6\n2 x\n255\n' > head.ppm
     bad 1 o.yuv "head.ppm: malformed PPM header" "$Z" convert head.ppm o.yuv --to i420
