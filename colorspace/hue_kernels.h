@@ -251,12 +251,65 @@ inline void Scatter(T* p, int stride, VF v, int32_t) {
     for (int k = 0; k < kLanes; ++k) p[k * stride] = v[k];
 }
 
+// Byte pixels whose three channels are three adjacent bytes, in any order:
+// lo is the lowest of the three, s0..s2 the bit shifts of channels 0..2 in a
+// little-endian word read at lo.
+struct Adjacent {
+    bool ok;
+    int s0, s1, s2;
+};
+template <class T>
+inline Adjacent AdjacentBytes(const Chan<T>& c) {
+    const uintptr_t a0 = uintptr_t(c.c[0]), a1 = uintptr_t(c.c[1]), a2 = uintptr_t(c.c[2]);
+    const uintptr_t lo = a0 < a1 ? (a0 < a2 ? a0 : a2) : (a1 < a2 ? a1 : a2);
+    const uintptr_t d0 = a0 - lo, d1 = a1 - lo, d2 = a2 - lo;
+    const bool ok = d0 <= 2 && d1 <= 2 && d2 <= 2 && d0 != d1 && d1 != d2 && d0 != d2;
+    return {ok, int(8 * d0), int(8 * d1), int(8 * d2)};
+}
+
+// Packed byte rows, kLanes pixels at a time: each pixel read as one 32-bit
+// word (its fourth byte belongs to the next pixel or to alpha and is
+// dropped), and written as its three bytes. Returns the pixels done; a
+// three-byte row stops one pixel early, so that no word reaches past the row.
+template <class F, class Q>
+inline int RowWords(const Chan<const uint8_t>& in, const Adjacent& ai, const Chan<uint8_t>& out,
+                    const Adjacent& ao, int width, F f, Q q) {
+    const uint8_t* s = in.c[0] - ai.s0 / 8;
+    uint8_t* d = out.c[0] - ao.s0 / 8;
+    const int ps = in.stride, pd = out.stride;
+    int x = 0;
+    for (; x + kLanes + (ps == 3) <= width; x += kLanes, s += kLanes * ps, d += kLanes * pd) {
+        uint32_t w[kLanes];
+        for (int k = 0; k < kLanes; ++k) __builtin_memcpy(&w[k], s + k * ps, 4);
+        const VI v = {int32_t(w[0]), int32_t(w[1]), int32_t(w[2]), int32_t(w[3])};
+        const VI m = {255, 255, 255, 255};
+        const Px<VF> o = f(__builtin_convertvector((v >> ai.s0) & m, VF), __builtin_convertvector((v >> ai.s1) & m, VF),
+                           __builtin_convertvector((v >> ai.s2) & m, VF));
+        const VI r = (q(o.c0, 0) & m) << ao.s0 | (q(o.c1, 1) & m) << ao.s1 | (q(o.c2, 2) & m) << ao.s2;
+        for (int k = 0; k < kLanes; ++k) {
+            const uint32_t u = uint32_t(r[k]);
+            if (pd == 3 && k + 1 < kLanes) {
+                __builtin_memcpy(d + k * pd, &u, 4);  // the fourth byte is the next pixel's, rewritten next
+            } else {
+                const uint16_t lo16 = uint16_t(u);
+                __builtin_memcpy(d + k * pd, &lo16, 2);
+                d[k * pd + 2] = uint8_t(u >> 16);
+            }
+        }
+    }
+    return x;
+}
+
 // One row: F(pixel of V lanes) -> Px<V> of float results; Q turns a float
 // result of channel ch into what is stored (an integer, or the float itself).
 // The vector body and the scalar tail call the same F.
 template <class TI, class TO, class F, class Q>
 inline void Row(const Chan<const TI>& in, const Chan<TO>& out, int width, int32_t bias, F f, Q q) {
     int x = 0;
+    if constexpr (sizeof(TI) == 1 && sizeof(TO) == 1) {
+        const Adjacent ai = AdjacentBytes(in), ao = AdjacentBytes(out);
+        if (ai.ok && ao.ok && in.stride >= 3 && out.stride >= 3) x = RowWords(in, ai, out, ao, width, f, q);
+    }
     for (; x + kLanes <= width; x += kLanes) {
         const int si = x * in.stride, so = x * out.stride;
         const Px<VF> o = f(Gather(in.c[0] + si, in.stride, bias), Gather(in.c[1] + si, in.stride, bias),
