@@ -166,6 +166,31 @@ TEST_P(HueMember, AlphaKeptOrCopied) {
             EXPECT_EQ(at(img.dst, m.dst, img.a.ds), want) << m.name << " pixel " << x << "," << y;
         }
 }
+// Rows converted whole (vector bodies) equal the same pixels converted one
+// column at a time (the single-pixel path), to the last bit.
+TEST_P(HueMember, WholeRowsEqualSingleColumns) {
+    const Member& m = GetParam();
+    const int w = 37, h = 3;
+    Image whole(m, w, h, 4), cols(m, w, h, 4);
+    if (m.elem == 4)  // float samples: finite, 0 to 1 and a little beyond
+        for (auto* img : {&whole, &cols})
+            for (size_t i = 0; i + 4 <= img->src[0]->size(); i += 4) {
+                const float v = float((i * 2654435761u) % 1200) / 1000.0f;
+                std::memcpy(img->src[0]->data() + i, &v, 4);
+            }
+    ASSERT_EQ(m.call(whole.a), zilStatusOk);
+    for (int x = 0; x < w; ++x) {
+        Args a = cols.a;
+        a.sz = {1, h};
+        for (int i = 0; i < 4; ++i) {
+            if (a.s[i]) a.s[i] = static_cast<const uint8_t*>(a.s[i]) + x * (m.src.planes ? 1 : m.src.ch) * m.elem;
+            if (a.d[i]) a.d[i] = static_cast<uint8_t*>(a.d[i]) + x * (m.dst.planes ? 1 : m.dst.ch) * m.elem;
+        }
+        ASSERT_EQ(m.call(a), zilStatusOk);
+    }
+    for (size_t i = 0; i < whole.dst.size(); ++i) EXPECT_TRUE(whole.dst[i]->copy() == cols.dst[i]->copy()) << m.name;
+}
+
 INSTANTIATE_TEST_SUITE_P(Hue, HueMember, ::testing::ValuesIn(kMembers),
                          [](const auto& i) { return std::string(i.param.name + 4); });
 

@@ -115,6 +115,32 @@ TEST_P(YcocgMember, NullsThenSizeRule) {
             if (want != zilStatusOk || empty) EXPECT_TRUE(b.Untouched()) << m.name;
         }
 }
+// Whole rows (four pixels at a time) equal single columns, random samples.
+TEST_P(YcocgMember, WholeRowsEqualSingleColumns) {
+    const Member& m = GetParam();
+    const int w = 23;
+    Bufs whole(m, w, 1), cols(m, w, 1);
+    for (Bufs* b : {&whole, &cols}) {
+        GuardBuf* in[3] = {&b->p0, &b->p1, &b->p2};
+        if (Forward(m)) ziltest::FillRandom(b->img.data(), b->img.size(), 5);
+        else for (int k = 0; k < 3; ++k) ziltest::FillRandom(in[k]->data(), in[k]->size(), uint32_t(9 + k));
+        b->a.alpha = 0x1234;
+    }
+    ASSERT_EQ(m.call(whole.a), zilStatusOk);
+    for (int x = 0; x < w; ++x) {
+        Args a = cols.a;
+        a.sz = {1, 1};
+        a.img = static_cast<uint8_t*>(a.img) + x * m.ch * m.imgElem;
+        for (auto& p : a.pl) p = static_cast<uint8_t*>(p) + x * m.plElem;
+        ASSERT_EQ(m.call(a), zilStatusOk);
+    }
+    if (Forward(m))
+        EXPECT_TRUE(whole.p0.copy() == cols.p0.copy() && whole.p1.copy() == cols.p1.copy() &&
+                    whole.p2.copy() == cols.p2.copy()) << m.name;
+    else
+        EXPECT_TRUE(whole.img.copy() == cols.img.copy()) << m.name;
+}
+
 INSTANTIATE_TEST_SUITE_P(Ycocg, YcocgMember, ::testing::ValuesIn(kMembers),
                          [](const auto& i) { return std::string(i.param.name + 4); });
 
