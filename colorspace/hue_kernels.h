@@ -271,12 +271,12 @@ inline Adjacent AdjacentBytes(const Chan<T>& c) {
 // word (its fourth byte belongs to the next pixel or to alpha and is
 // dropped), and written as its three bytes. Returns the pixels done; a
 // three-byte row stops one pixel early, so that no word reaches past the row.
-template <class F, class Q>
+template <int PS, int PD, class F, class Q>
 inline int RowWords(const Chan<const uint8_t>& in, const Adjacent& ai, const Chan<uint8_t>& out,
                     const Adjacent& ao, int width, F f, Q q) {
     const uint8_t* s = in.c[0] - ai.s0 / 8;
     uint8_t* d = out.c[0] - ao.s0 / 8;
-    const int ps = in.stride, pd = out.stride;
+    constexpr int ps = PS, pd = PD;
     int x = 0;
     for (; x + kLanes + (ps == 3) <= width; x += kLanes, s += kLanes * ps, d += kLanes * pd) {
         uint32_t w[kLanes];
@@ -308,7 +308,11 @@ inline void Row(const Chan<const TI>& in, const Chan<TO>& out, int width, int32_
     int x = 0;
     if constexpr (sizeof(TI) == 1 && sizeof(TO) == 1) {
         const Adjacent ai = AdjacentBytes(in), ao = AdjacentBytes(out);
-        if (ai.ok && ao.ok && in.stride >= 3 && out.stride >= 3) x = RowWords(in, ai, out, ao, width, f, q);
+        if (ai.ok && ao.ok) {
+            // The common pixel strides as constants; channel orders stay data.
+            if (in.stride == 3 && out.stride == 3) x = RowWords<3, 3>(in, ai, out, ao, width, f, q);
+            else if (in.stride == 4 && out.stride == 4) x = RowWords<4, 4>(in, ai, out, ao, width, f, q);
+        }
     }
     for (; x + kLanes <= width; x += kLanes) {
         const int si = x * in.stride, so = x * out.stride;
