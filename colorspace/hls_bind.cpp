@@ -51,12 +51,6 @@ inline void WalkElems(const T* s, int ss, T* d, int ds, ZilSize sz, int stride) 
     for (int y = 0; y < sz.height; ++y, s += ss, d += ds) K(s, d, sz.width, stride);
 }
 
-// Byte step to element step: an arithmetic shift, so a remainder is dropped.
-template <class T>
-constexpr int Elems(int byteStep) {
-    return sizeof(T) == 1 ? byteStep : sizeof(T) == 2 ? byteStep >> 1 : byteStep >> 2;
-}
-
 }  // namespace
 
 // ---- RGB group: kernels, row layers, check layers ------------------------------------------
@@ -69,16 +63,10 @@ constexpr int Elems(int byteStep) {
         WalkElems<T, mx_inner##STEM##_C3R>(s, ss, d, ds, sz, stride);                                  \
     }                                                                                                  \
     ZIL_IMPL ZilStatus mx_zili##STEM##_C3R(const T* src, int srcStep, T* dst, int dstStep, ZilSize sz) { \
-        if (AnyNull(src, dst)) return zilStatusNullPointer;                                            \
-        if (TooSmall(sz)) return zilStatusBadSize;                                                     \
-        mx_my##STEM##_C3R(src, Elems<T>(srcStep), dst, Elems<T>(dstStep), sz, 3);                      \
-        return zilStatusOk;                                                                            \
+        return RgbGroupCall<T, mx_my##STEM##_C3R>(src, srcStep, dst, dstStep, sz, 3);                  \
     }                                                                                                  \
     ZIL_IMPL ZilStatus mx_zili##STEM##_AC4R(const T* src, int srcStep, T* dst, int dstStep, ZilSize sz) { \
-        if (AnyNull(src, dst)) return zilStatusNullPointer;                                            \
-        if (TooSmall(sz)) return zilStatusBadSize;                                                     \
-        mx_my##STEM##_C3R(src, Elems<T>(srcStep), dst, Elems<T>(dstStep), sz, 4);                      \
-        return zilStatusOk;                                                                            \
+        return RgbGroupCall<T, mx_my##STEM##_C3R>(src, srcStep, dst, dstStep, sz, 4);                  \
     }
 
 ZIL_HLS_LAYERS(RGBToHLS_8u, uint8_t, ToHls<k8u>, Quantise<Round::Half>, 0)
@@ -114,34 +102,41 @@ bool NullPlanes(const uint8_t* const* p) {
 
 // An image side of a BGR-group call: B, G, R or H, L, S channel pointers of
 // row 0 (in the order the formula takes them), the pixel stride, the alpha
-// channel (null if none) and the byte step of all planes.
+// channel (null if none, or if the member leaves it alone) and the byte step
+// of all planes.
 template <class T>
 struct Side {
     Chan<T> ch;
     T* alpha;
     int step;
 };
-Side<const uint8_t> PackedIn(const uint8_t* p, int step, int stride, bool bgr) {
-    return {bgr ? Packed(p, stride, 2, 1, 0) : Packed(p, stride), stride == 4 ? p + 3 : nullptr, step};
+
+// Argument kinds: K > 0 packed with K channels, K < 0 an array of -K planes.
+constexpr int kPk3 = 3, kPk4 = 4, kPl3 = -3, kPl4 = -4;
+template <int K>
+bool NullArg(const uint8_t* p) { return p == nullptr; }
+template <int K>
+bool NullArg(const uint8_t* const* p) { return p == nullptr || NullPlanes<-K>(p); }
+
+template <int K, class T>
+Side<T> SideOf(T* p, int step, bool bgr, bool alpha) {
+    return {bgr ? Packed(p, K, 2, 1, 0) : Packed(p, K), K == 4 && alpha ? p + 3 : nullptr, step};
 }
-Side<uint8_t> PackedOut(uint8_t* p, int step, int stride, bool bgr, bool alpha) {
-    return {bgr ? Packed(p, stride, 2, 1, 0) : Packed(p, stride), alpha ? p + 3 : nullptr, step};
-}
-template <int N, class T>
-Side<T> PlanarSide(T* const* p, int step, bool bgr) {
-    Chan<T> c = bgr ? Chan<T>{{p[2], p[1], p[0]}, 1} : Chan<T>{{p[0], p[1], p[2]}, 1};
-    return {c, N == 4 ? p[3] : nullptr, step};
+template <int K, class T>
+Side<T> SideOf(T* const* p, int step, bool bgr, bool) {
+    const Chan<T> c = bgr ? Chan<T>{{p[2], p[1], p[0]}, 1} : Chan<T>{{p[0], p[1], p[2]}, 1};
+    return {c, K == kPl4 ? p[3] : nullptr, step};
 }
 
-// ToHls: BGR to HLS with rounding R; otherwise HLS to BGR (rounding Tiny).
+// ToHlsDir: BGR to HLS with rounding R; otherwise HLS to BGR.
 template <bool ToHlsDir, Round R>
 void BgrWalk(Side<const uint8_t> in, Side<uint8_t> out, ZilSize sz) {
-    const int as = in.alpha ? in.ch.stride : 0, ad = out.ch.stride;
+    const int as = in.ch.stride, ad = out.ch.stride;
     for (int y = 0; y < sz.height; ++y) {
         if constexpr (ToHlsDir)
             Row(in.ch, out.ch, sz.width, 0, ToHlsNorm{}, Quantise<R>{});
         else
-            Row(in.ch, out.ch, sz.width, 0, FromHls<k8u>{}, Quantise<Round::Tiny>{});
+            Row(in.ch, out.ch, sz.width, 0, FromHls<k8u>{}, Quantise<R>{});
         if (out.alpha)
             for (int x = 0; x < sz.width; ++x) out.alpha[x * ad] = in.alpha[x * as];
         for (int k = 0; k < 3; ++k) in.ch.c[k] += in.step, out.ch.c[k] += out.step;
@@ -150,107 +145,38 @@ void BgrWalk(Side<const uint8_t> in, Side<uint8_t> out, ZilSize sz) {
     }
 }
 
-constexpr bool kBgr = true, kHls = false;
-constexpr Round kTrunc = Round::Tiny;
-
 }  // namespace
 
-// BGR to HLS. The packed four-channel member alone rounds to nearest, checks
-// the size before the steps and leaves the destination alpha alone.
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst), srcStep, dstStep, sz, Checks::NullSizeStep)) return st;
-    BgrWalk<true, Round::AlmostHalf>(PackedIn(src, srcStep, 4, kBgr), PackedOut(dst, dstStep, 4, kHls, false), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
-                                           ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<3>(dst), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<true, kTrunc>(PackedIn(src, srcStep, 3, kBgr), PlanarSide<3>(dst, dstStep, kHls), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_AC4P4R(const uint8_t* src, int srcStep, uint8_t* const dst[4], int dstStep,
-                                            ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<4>(dst), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<true, kTrunc>(PackedIn(src, srcStep, 4, kBgr), PlanarSide<4>(dst, dstStep, kHls), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3],
-                                         int dstStep, ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<3>(src) || NullPlanes<3>(dst), srcStep, dstStep, sz,
-                                 Checks::NullStepSize))
-        return st;
-    BgrWalk<true, kTrunc>(PlanarSide<3>(src, srcStep, kBgr), PlanarSide<3>(dst, dstStep, kHls), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_AP4R(const uint8_t* const src[4], int srcStep, uint8_t* const dst[4],
-                                          int dstStep, ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<4>(src) || NullPlanes<4>(dst), srcStep, dstStep, sz,
-                                 Checks::NullStepSize))
-        return st;
-    BgrWalk<true, kTrunc>(PlanarSide<4>(src, srcStep, kBgr), PlanarSide<4>(dst, dstStep, kHls), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
-                                           ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<3>(src), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<true, kTrunc>(PlanarSide<3>(src, srcStep, kBgr), PackedOut(dst, dstStep, 3, kHls, false), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliBGRToHLS_8u_AP4C4R(const uint8_t* const src[4], int srcStep, uint8_t* dst, int dstStep,
-                                            ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<4>(src), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<true, kTrunc>(PlanarSide<4>(src, srcStep, kBgr), PackedOut(dst, dstStep, 4, kHls, true), sz);
-    return zilStatusOk;
-}
-
-// HLS to BGR: all truncate after the tiny add, all check steps before the size.
-ZIL_IMPL ZilStatus mx_ziliHLSToBGR_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
-                                           ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<3>(dst), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<false, kTrunc>(PackedIn(src, srcStep, 3, kHls), PlanarSide<3>(dst, dstStep, kBgr), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliHLSToBGR_8u_AC4P4R(const uint8_t* src, int srcStep, uint8_t* const dst[4], int dstStep,
-                                            ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<4>(dst), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<false, kTrunc>(PackedIn(src, srcStep, 4, kHls), PlanarSide<4>(dst, dstStep, kBgr), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliHLSToBGR_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3],
-                                         int dstStep, ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<3>(src) || NullPlanes<3>(dst), srcStep, dstStep, sz,
-                                 Checks::NullStepSize))
-        return st;
-    BgrWalk<false, kTrunc>(PlanarSide<3>(src, srcStep, kHls), PlanarSide<3>(dst, dstStep, kBgr), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliHLSToBGR_8u_AP4R(const uint8_t* const src[4], int srcStep, uint8_t* const dst[4],
-                                          int dstStep, ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<4>(src) || NullPlanes<4>(dst), srcStep, dstStep, sz,
-                                 Checks::NullStepSize))
-        return st;
-    BgrWalk<false, kTrunc>(PlanarSide<4>(src, srcStep, kHls), PlanarSide<4>(dst, dstStep, kBgr), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliHLSToBGR_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
-                                           ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<3>(src), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<false, kTrunc>(PlanarSide<3>(src, srcStep, kHls), PackedOut(dst, dstStep, 3, kBgr, false), sz);
-    return zilStatusOk;
-}
-ZIL_IMPL ZilStatus mx_ziliHLSToBGR_8u_AP4C4R(const uint8_t* const src[4], int srcStep, uint8_t* dst, int dstStep,
-                                            ZilSize sz) {
-    if (ZilStatus st = BgrChecks(AnyNull(src, dst) || NullPlanes<4>(src), srcStep, dstStep, sz, Checks::NullStepSize))
-        return st;
-    BgrWalk<false, kTrunc>(PlanarSide<4>(src, srcStep, kHls), PackedOut(dst, dstStep, 4, kBgr, true), sz);
-    return zilStatusOk;
-}
+// One line per export: argument types and kinds, order of checks, direction,
+// rounding, and whether a four-channel destination receives the alpha. The
+// packed four-channel BGR to HLS member alone rounds to nearest, checks the
+// size before the steps and leaves the destination alpha alone.
+#define ZIL_BGR(NAME, ST, SK, DT, DK, ORDER, TOHLS, R, ALPHA)                                        \
+    ZIL_IMPL ZilStatus mx_zili##NAME(ST src, int srcStep, DT dst, int dstStep, ZilSize sz) {         \
+        if (ZilStatus st = BgrChecks(NullArg<SK>(src) || NullArg<DK>(dst), srcStep, dstStep, sz, ORDER)) \
+            return st;                                                                               \
+        BgrWalk<TOHLS, R>(SideOf<SK>(src, srcStep, TOHLS, true), SideOf<DK>(dst, dstStep, !TOHLS, ALPHA), sz); \
+        return zilStatusOk;                                                                          \
+    }
+using P = const uint8_t*;
+using PP = const uint8_t* const*;
+using D = uint8_t*;
+using DD = uint8_t* const*;
+constexpr Checks kSS = Checks::NullStepSize;
+constexpr Round kTrunc = Round::Tiny;
+ZIL_BGR(BGRToHLS_8u_AC4R, P, kPk4, D, kPk4, Checks::NullSizeStep, true, Round::AlmostHalf, false)
+ZIL_BGR(BGRToHLS_8u_C3P3R, P, kPk3, DD, kPl3, kSS, true, kTrunc, true)
+ZIL_BGR(BGRToHLS_8u_AC4P4R, P, kPk4, DD, kPl4, kSS, true, kTrunc, true)
+ZIL_BGR(BGRToHLS_8u_P3R, PP, kPl3, DD, kPl3, kSS, true, kTrunc, true)
+ZIL_BGR(BGRToHLS_8u_AP4R, PP, kPl4, DD, kPl4, kSS, true, kTrunc, true)
+ZIL_BGR(BGRToHLS_8u_P3C3R, PP, kPl3, D, kPk3, kSS, true, kTrunc, true)
+ZIL_BGR(BGRToHLS_8u_AP4C4R, PP, kPl4, D, kPk4, kSS, true, kTrunc, true)
+ZIL_BGR(HLSToBGR_8u_C3P3R, P, kPk3, DD, kPl3, kSS, false, kTrunc, true)
+ZIL_BGR(HLSToBGR_8u_AC4P4R, P, kPk4, DD, kPl4, kSS, false, kTrunc, true)
+ZIL_BGR(HLSToBGR_8u_P3R, PP, kPl3, DD, kPl3, kSS, false, kTrunc, true)
+ZIL_BGR(HLSToBGR_8u_AP4R, PP, kPl4, DD, kPl4, kSS, false, kTrunc, true)
+ZIL_BGR(HLSToBGR_8u_P3C3R, PP, kPl3, D, kPk3, kSS, false, kTrunc, true)
+ZIL_BGR(HLSToBGR_8u_AP4C4R, PP, kPl4, D, kPk4, kSS, false, kTrunc, true)
+#undef ZIL_BGR
 
 }  // namespace zil::hue

@@ -56,9 +56,6 @@ struct FromHsv {
     }
 };
 
-template <class T>
-constexpr int Elems(int byteStep) { return sizeof(T) == 1 ? byteStep : byteStep >> 1; }
-
 }  // namespace
 
 ZIL_IMPL void mx_innerRGBToHSV_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride) {
@@ -100,10 +97,7 @@ ZIL_IMPL void mx_myHSVToRGB_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int 
 
 #define ZIL_HSV_EXPORT(STEM, LAYOUT, T, STRIDE)                                                            \
     ZIL_IMPL ZilStatus mx_zili##STEM##_##LAYOUT(const T* src, int srcStep, T* dst, int dstStep, ZilSize sz) { \
-        if (AnyNull(src, dst)) return zilStatusNullPointer;                                                \
-        if (TooSmall(sz)) return zilStatusBadSize;                                                         \
-        mx_my##STEM##_C3R(src, Elems<T>(srcStep), dst, Elems<T>(dstStep), sz, STRIDE);                     \
-        return zilStatusOk;                                                                                \
+        return RgbGroupCall<T, mx_my##STEM##_C3R>(src, srcStep, dst, dstStep, sz, STRIDE);                 \
     }
 ZIL_HSV_EXPORT(RGBToHSV_8u, C3R, uint8_t, 3)
 ZIL_HSV_EXPORT(RGBToHSV_8u, AC4R, uint8_t, 4)

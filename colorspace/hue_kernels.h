@@ -331,6 +331,22 @@ inline void Row(const Chan<const TI>& in, const Chan<TO>& out, int width, int32_
     }
 }
 
+// ---- the RGB group's check layer -------------------------------------------------------------
+// Byte step to element step: an arithmetic shift, so a remainder is dropped.
+template <class T>
+constexpr int Elems(int byteStep) {
+    return sizeof(T) == 1 ? byteStep : sizeof(T) == 2 ? byteStep >> 1 : byteStep >> 2;
+}
+// Null source or destination, then a width or height below 1; steps are not
+// looked at. The row layer takes steps in elements and the pixel stride.
+template <class T, void (*My)(const T*, int, T*, int, ZilSize, int)>
+inline ZilStatus RgbGroupCall(const T* src, int srcStep, T* dst, int dstStep, ZilSize sz, int stride) {
+    if (AnyNull(src, dst)) return zilStatusNullPointer;
+    if (TooSmall(sz)) return zilStatusBadSize;
+    My(src, Elems<T>(srcStep), dst, Elems<T>(dstStep), sz, stride);
+    return zilStatusOk;
+}
+
 // Channel pointers of an interleaved row whose channel 0, 1, 2 are at offsets a, b, c.
 template <class T>
 inline Chan<T> Packed(T* p, int stride, int a = 0, int b = 1, int c = 2) {
