@@ -300,32 +300,36 @@ TEST(HueSteps, ByteRemainderIsDropped) {
     EXPECT_EQ(0, std::memcmp(a, b, sizeof a));
 }
 
-// ---- exhaustive 8-bit properties -------------------------------------------------------------
-// All 2^24 RGB triples as a 4096 x 4096 image (R, G, B = i >> 16, i >> 8, i).
+// ---- 8-bit sweeps ------------------------------------------------------------------------------
+// Every (R, G) pair with 16 values of B (extremes, neighbours, halves), then a
+// row of all greys: 4096 x 257 pixels.
 // The BGR group rounds differently from the RGB group, by at most one. Round
 // trips stay within what quantising the hue (half of 360 / 255 degrees, at
 // most 3 levels at full chroma) and L or S (half a level, at most 1) cost,
 // plus the output rounding: 4 levels for HSV, 5 for HLS, where S acts on both
 // m1 and m2. Grey is exact everywhere: (0, g, 0) in HLS and back to g.
-TEST(HueExhaustive, EveryEightBitPixel) {
-    const size_t n = 3u << 24;
+TEST(HueSweep, RgbAndBgrGroupsRoundTripsAndGrey) {
+    const uint8_t kB[16] = {0, 1, 7, 31, 64, 99, 127, 128, 150, 181, 200, 222, 240, 253, 254, 255};
+    const size_t px = 4096 * 257, n = 3 * px;
     std::vector<uint8_t> rgb(n), bgr(n), mid(n), back(n), pl(n);
-    for (uint32_t i = 0; i < (1u << 24); ++i)
-        for (int c = 0; c < 3; ++c) rgb[3 * i + c] = uint8_t(i >> (16 - 8 * c)), bgr[3 * i + 2 - c] = rgb[3 * i + c];
+    for (uint32_t i = 0; i < px; ++i) {
+        const uint8_t v[3] = {uint8_t(i >> 12), uint8_t(i >> 4), kB[i & 15]};
+        for (int c = 0; c < 3; ++c) rgb[3 * i + c] = i < (1u << 20) ? v[c] : uint8_t(i), bgr[3 * i + 2 - c] = rgb[3 * i + c];
+    }
     uint8_t* hls[3] = {pl.data(), pl.data() + (n / 3), pl.data() + 2 * (n / 3)};
-    ASSERT_EQ(ziliBGRToHLS_8u_C3P3R(bgr.data(), 3 * 4096, hls, 4096, {4096, 4096}), zilStatusOk);
+    ASSERT_EQ(ziliBGRToHLS_8u_C3P3R(bgr.data(), 3 * 4096, hls, 4096, {4096, 257}), zilStatusOk);
     struct Pair { decltype(&ziliRGBToHSV_8u_C3R) fwd, inv; int bound; };
     for (const Pair& p : {Pair{ziliRGBToHLS_8u_C3R, ziliHLSToRGB_8u_C3R, 5}, Pair{ziliRGBToHSV_8u_C3R, ziliHSVToRGB_8u_C3R, 4}}) {
-        ASSERT_EQ(p.fwd(rgb.data(), 3 * 4096, mid.data(), 3 * 4096, {4096, 4096}), zilStatusOk);
+        ASSERT_EQ(p.fwd(rgb.data(), 3 * 4096, mid.data(), 3 * 4096, {4096, 257}), zilStatusOk);
         int groups = 0, trip = 0;
         if (p.bound == 5)
             for (size_t i = 0; i < n; ++i) groups = std::max(groups, std::abs(int(mid[i]) - int(hls[i % 3][i / 3])));
-        ASSERT_EQ(p.inv(mid.data(), 3 * 4096, back.data(), 3 * 4096, {4096, 4096}), zilStatusOk);
+        ASSERT_EQ(p.inv(mid.data(), 3 * 4096, back.data(), 3 * 4096, {4096, 257}), zilStatusOk);
         for (size_t i = 0; i < n; ++i) trip = std::max(trip, std::abs(int(rgb[i]) - int(back[i])));
         EXPECT_LE(groups, 1);
         EXPECT_LE(trip, p.bound);
         for (uint32_t g = 0; g < 256; ++g) {
-            const size_t i = 3 * (g * 0x010101u);
+            const size_t i = 3 * ((1u << 20) + g);
             EXPECT_EQ(back[i], g);
             if (p.bound == 5) EXPECT_TRUE(mid[i] == 0 && mid[i + 1] == g && mid[i + 2] == 0 && hls[1][i / 3] == g) << g;
         }
