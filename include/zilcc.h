@@ -794,6 +794,168 @@ ZilStatus ziliYCCToRGB_32f_AC4R(const float* src, int srcStep, float* dst, int d
 /* (end of XYZ, LUV, Lab and YCC) */
 
 /* ---- HLS, HSV and YCoCg ---------------------------------------------------------- */
+/* RGB <-> HLS and HSV, in single-precision float for every depth.
+ * Channels: HLS images hold H, L, S; HSV images H, S, V (channel or plane 0, 1, 2).
+ * Encoding: 8u and 16u use the full range for every channel, H included
+ * (0..255 or 0..65535 for 0..360 degrees); 16s is the 16u scale shifted down
+ * by 32768; 32f holds H, L, S on 0..1 (not checked: any value is processed,
+ * non-finite ones too). Results truncate after the rounding add of the member;
+ * nothing is clamped. Forward and inverse are not exact inverses.
+ *
+ * RGB group (RGB order, all depths of HLS, 8u and 16u of HSV):
+ *   - C3R and AC4R differ only in the pixel stride; AC4R never writes the
+ *     fourth channel of the destination.
+ *   - Steps are not tested. They are taken in elements: a byte step is
+ *     shifted right by 1 (16u, 16s) or by 2 (32f), so a remainder is dropped.
+ *   - Checks: src or dst null -8, then width or height < 1 -6.
+ *   - Rounding: + 0.5 before truncation. RGB to HSV: S and H rounded, V exact.
+ *     HLS ties: red wins over green and blue, green over blue; HSV ties: blue
+ *     wins, then green. 32f HLS treats max - min <= 2^-23 as grey.
+ *     HSV to RGB: a hue of full scale (255 / 65535) equals a hue of 0. */
+ZilStatus ziliRGBToHLS_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHLS_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_16s_C3R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_16s_AC4R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_32f_C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHLSToRGB_32f_AC4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHSV_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHSV_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHSV_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToHSV_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHSVToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHSVToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHSVToRGB_16u_C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliHSVToRGB_16u_AC4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+
+/* BGR group: 8-bit BGR <-> HLS, packed and planar. Plane arrays: B, G, R or
+ * H, L, S, and a fourth plane of alpha in AP4 and AC4P4 forms. One step per
+ * side (all planes share it), in bytes.
+ *   - Alpha: every four-channel member copies the alpha (channel 3 or plane 3)
+ *     from source to destination, except ziliBGRToHLS_8u_AC4R, which leaves
+ *     the destination's fourth bytes untouched.
+ *   - Rounding: ziliBGRToHLS_8u_AC4R adds 0.499999 in single precision (a
+ *     fraction of exactly one half goes down); all others widen to double and
+ *     add 1e-7, which truncates. So the same bytes give different results
+ *     here and through ziliRGBToHLS_8u_AC4R with swapped channels.
+ *   - Checks: the plane arrays and src/dst null -8, then each plane (source
+ *     planes first, all 3 or 4) -8; then a step < 1 -14 and then width or
+ *     height < 1 -6, except ziliBGRToHLS_8u_AC4R: size -6 before step -14. */
+ZilStatus ziliBGRToHLS_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliBGRToHLS_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToHLS_8u_AC4P4R(const uint8_t* src, int srcStep, uint8_t* const dst[4], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToHLS_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToHLS_8u_AP4R(const uint8_t* const src[4], int srcStep, uint8_t* const dst[4], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToHLS_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToHLS_8u_AP4C4R(const uint8_t* const src[4], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliHLSToBGR_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliHLSToBGR_8u_AC4P4R(const uint8_t* src, int srcStep, uint8_t* const dst[4], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliHLSToBGR_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliHLSToBGR_8u_AP4R(const uint8_t* const src[4], int srcStep, uint8_t* const dst[4], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliHLSToBGR_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliHLSToBGR_8u_AP4C4R(const uint8_t* const src[4], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
+
+/* BGR (or signed "SBGR") <-> YCoCg, integer only. The YCoCg side is three
+ * planes Y, Co, Cg with one step; the image side is packed B, G, R (C4: a
+ * fourth channel, ignored on input, set to the low byte or word of alpha on
+ * output). Shifts floor.
+ *   Lossy:  Y = (R + 2G + B + 2) >> 2, Co = (R - B + 1) >> 1,
+ *           Cg = (2G - R - B + 2) >> 2; back R = Y + Co - Cg, G = Y + Cg,
+ *           B = Y - Co - Cg (an inverse in real numbers only).
+ *   _Rev:   Co = R - B, t = B + (Co >> 1), Cg = G - t, Y = t + (Cg >> 1), and
+ *           its exact inverse. _Rev_16s wraps every step to 16 bits, so it is
+ *           reversible modulo 65536; _Rev_16s32s keeps the exact values.
+ *   Stores: 16-bit results keep the low 16 bits; 8-bit results wrap the sum to
+ *   16 bits and then clamp it to 0..255.
+ *   ziliRGBToYCoCg_8u_C3P3R / ziliYCoCgToRGB_8u_P3C3R: RGB order, 8-bit planes
+ *   with Co and Cg offset by 128 and clamped to 0..255.
+ * Checks: any null pointer (plane array, planes, image) -8. Then, per member:
+ * "size" members give -6 for width or height < 1; "height" members return 0
+ * without work for a height < 1 and do not test the width (a width < 1
+ * converts nothing). Steps are not tested. */
+/* size: */
+ZilStatus ziliBGRToYCoCg_8u16s_C3P3R(const uint8_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToYCoCg_8u16s_C4P3R(const uint8_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliSBGRToYCoCg_16s_C3P3R(const int16_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliSBGRToYCoCg_16s_C4P3R(const int16_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliSBGRToYCoCg_16s32s_C3P3R(const int16_t* src, int srcStep, int32_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+/* height: */
+ZilStatus ziliSBGRToYCoCg_16s32s_C4P3R(const int16_t* src, int srcStep, int32_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+/* size: */
+ZilStatus ziliBGRToYCoCg_Rev_8u16s_C3P3R(const uint8_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliBGRToYCoCg_Rev_8u16s_C4P3R(const uint8_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+/* height: */
+ZilStatus ziliSBGRToYCoCg_Rev_16s_C3P3R(const int16_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliSBGRToYCoCg_Rev_16s_C4P3R(const int16_t* src, int srcStep, int16_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+/* size: */
+ZilStatus ziliSBGRToYCoCg_Rev_16s32s_C3P3R(const int16_t* src, int srcStep, int32_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+/* height: */
+ZilStatus ziliSBGRToYCoCg_Rev_16s32s_C4P3R(const int16_t* src, int srcStep, int32_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliYCoCgToBGR_16s8u_P3C3R(const int16_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliYCoCgToBGR_16s8u_P3C4R(const int16_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize, int32_t alpha);
+ZilStatus ziliYCoCgToSBGR_16s_P3C3R(const int16_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize);
+/* size: */
+ZilStatus ziliYCoCgToSBGR_16s_P3C4R(const int16_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize, int32_t alpha);
+ZilStatus ziliYCoCgToSBGR_32s16s_P3C3R(const int32_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliYCoCgToSBGR_32s16s_P3C4R(const int32_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize, int32_t alpha);
+/* height: */
+ZilStatus ziliYCoCgToBGR_Rev_16s8u_P3C3R(const int16_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliYCoCgToBGR_Rev_16s8u_P3C4R(const int16_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize, int32_t alpha);
+ZilStatus ziliYCoCgToSBGR_Rev_16s_P3C3R(const int16_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliYCoCgToSBGR_Rev_16s_P3C4R(const int16_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize, int32_t alpha);
+ZilStatus ziliYCoCgToSBGR_Rev_32s16s_P3C3R(const int32_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize);
+ZilStatus ziliYCoCgToSBGR_Rev_32s16s_P3C4R(const int32_t* const src[3], int srcStep, int16_t* dst, int dstStep,
+    ZilSize roiSize, int32_t alpha);
+/* size: */
+ZilStatus ziliRGBToYCoCg_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
+    ZilSize roiSize);
+/* height: */
+ZilStatus ziliYCoCgToRGB_8u_P3C3R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
+    ZilSize roiSize);
 /* (end of HLS, HSV and YCoCg) */
 
 #ifdef __cplusplus

@@ -403,6 +403,79 @@ inline constexpr Row kRows[] = {
     // (end of XYZ, LUV, Lab and YCC)
 
     // HLS, HSV and YCoCg
+#define ZIL_HUE_PK(ch, e) One(ch * e, XW, YH, e)
+#define ZIL_HUE_PL(n, e, nullable)                                                                        \
+    [] {                                                                                                  \
+        Img m = Planes(n, StepOne, {e, XW, YH}, {e, XW, YH}, {e, XW, YH}, {uint8_t(n == 4 ? e : 0), XW, YH}, \
+                       nullable);                                                                         \
+        m.elem = e;                                                                                       \
+        return m;                                                                                         \
+    }()
+    ZROW(ziliRGBToHLS_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliRGBToHLS_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliRGBToHLS_16u_C3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliRGBToHLS_16u_AC4R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliRGBToHLS_16s_C3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliRGBToHLS_16s_AC4R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliRGBToHLS_32f_C3R, "sSdDz", Float(ZIL_HUE_PK(3, 4)), ZIL_HUE_PK(3, 4), kNone),
+    ZROW(ziliRGBToHLS_32f_AC4R, "sSdDz", Float(ZIL_HUE_PK(4, 4)), ZIL_HUE_PK(4, 4), kNone),
+    ZROW(ziliHLSToRGB_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliHLSToRGB_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliHLSToRGB_16u_C3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliHLSToRGB_16u_AC4R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliHLSToRGB_16s_C3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliHLSToRGB_16s_AC4R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliHLSToRGB_32f_C3R, "sSdDz", Float(ZIL_HUE_PK(3, 4)), ZIL_HUE_PK(3, 4), kNone),
+    ZROW(ziliHLSToRGB_32f_AC4R, "sSdDz", Float(ZIL_HUE_PK(4, 4)), ZIL_HUE_PK(4, 4), kNone),
+    ZROW(ziliRGBToHSV_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliRGBToHSV_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliRGBToHSV_16u_C3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliRGBToHSV_16u_AC4R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliHSVToRGB_8u_C3R, "sSdDz", kC3, kC3, kNone),
+    ZROW(ziliHSVToRGB_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliHSVToRGB_16u_C3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliHSVToRGB_16u_AC4R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliBGRToHLS_8u_AC4R, "sSdDz", kAC4, kAC4, kNone),
+    ZROW(ziliBGRToHLS_8u_C3P3R, "sSdDz", kC3, kP3, kNone),
+    ZROW(ziliBGRToHLS_8u_AC4P4R, "sSdDz", kAC4, ZIL_HUE_PL(4, 1, 0x8F), kNone),
+    ZROW(ziliBGRToHLS_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliBGRToHLS_8u_AP4R, "sSdDz", ZIL_HUE_PL(4, 1, 0x8F), ZIL_HUE_PL(4, 1, 0x8F), kNone),
+    ZROW(ziliBGRToHLS_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliBGRToHLS_8u_AP4C4R, "sSdDz", ZIL_HUE_PL(4, 1, 0x8F), kAC4, kNone),
+    ZROW(ziliHLSToBGR_8u_C3P3R, "sSdDz", kC3, kP3, kNone),
+    ZROW(ziliHLSToBGR_8u_AC4P4R, "sSdDz", kAC4, ZIL_HUE_PL(4, 1, 0x8F), kNone),
+    ZROW(ziliHLSToBGR_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliHLSToBGR_8u_AP4R, "sSdDz", ZIL_HUE_PL(4, 1, 0x8F), ZIL_HUE_PL(4, 1, 0x8F), kNone),
+    ZROW(ziliHLSToBGR_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+    ZROW(ziliHLSToBGR_8u_AP4C4R, "sSdDz", ZIL_HUE_PL(4, 1, 0x8F), kAC4, kNone),
+    ZROW(ziliBGRToYCoCg_8u16s_C3P3R, "sSdDz", kC3, ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliBGRToYCoCg_8u16s_C4P3R, "sSdDz", kAC4, ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_16s_C3P3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_16s_C4P3R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_16s32s_C3P3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PL(3, 4, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_16s32s_C4P3R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PL(3, 4, 0x87), kNone),
+    ZROW(ziliBGRToYCoCg_Rev_8u16s_C3P3R, "sSdDz", kC3, ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliBGRToYCoCg_Rev_8u16s_C4P3R, "sSdDz", kAC4, ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_Rev_16s_C3P3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_Rev_16s_C4P3R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PL(3, 2, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_Rev_16s32s_C3P3R, "sSdDz", ZIL_HUE_PK(3, 2), ZIL_HUE_PL(3, 4, 0x87), kNone),
+    ZROW(ziliSBGRToYCoCg_Rev_16s32s_C4P3R, "sSdDz", ZIL_HUE_PK(4, 2), ZIL_HUE_PL(3, 4, 0x87), kNone),
+    ZROW(ziliRGBToYCoCg_8u_C3P3R, "sSdDz", kC3, kP3, kNone),
+    ZROW(ziliYCoCgToBGR_16s8u_P3C3R, "sSdDz", ZIL_HUE_PL(3, 2, 0x87), kC3, kNone),
+    ZROW(ziliYCoCgToBGR_16s8u_P3C4R, "sSdDza", ZIL_HUE_PL(3, 2, 0x87), kAC4, kNone),
+    ZROW(ziliYCoCgToSBGR_16s_P3C3R, "sSdDz", ZIL_HUE_PL(3, 2, 0x87), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliYCoCgToSBGR_16s_P3C4R, "sSdDza", ZIL_HUE_PL(3, 2, 0x87), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliYCoCgToSBGR_32s16s_P3C3R, "sSdDz", ZIL_HUE_PL(3, 4, 0x87), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliYCoCgToSBGR_32s16s_P3C4R, "sSdDza", ZIL_HUE_PL(3, 4, 0x87), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliYCoCgToBGR_Rev_16s8u_P3C3R, "sSdDz", ZIL_HUE_PL(3, 2, 0x87), kC3, kNone),
+    ZROW(ziliYCoCgToBGR_Rev_16s8u_P3C4R, "sSdDza", ZIL_HUE_PL(3, 2, 0x87), kAC4, kNone),
+    ZROW(ziliYCoCgToSBGR_Rev_16s_P3C3R, "sSdDz", ZIL_HUE_PL(3, 2, 0x87), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliYCoCgToSBGR_Rev_16s_P3C4R, "sSdDza", ZIL_HUE_PL(3, 2, 0x87), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliYCoCgToSBGR_Rev_32s16s_P3C3R, "sSdDz", ZIL_HUE_PL(3, 4, 0x87), ZIL_HUE_PK(3, 2), kNone),
+    ZROW(ziliYCoCgToSBGR_Rev_32s16s_P3C4R, "sSdDza", ZIL_HUE_PL(3, 4, 0x87), ZIL_HUE_PK(4, 2), kNone),
+    ZROW(ziliYCoCgToRGB_8u_P3C3R, "sSdDz", kP3, kC3, kNone),
+#undef ZIL_HUE_PL
+#undef ZIL_HUE_PK
     // (end of HLS, HSV and YCoCg)
 };
 

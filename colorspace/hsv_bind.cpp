@@ -1,0 +1,112 @@
+// RGB <-> HSV exports, 8 and 16 bits: per depth one row kernel mx_inner...
+// (C3R and AC4R differ only in the pixel stride) and its row layer mx_my...,
+// which takes steps in elements.
+#include "hue_kernels.h"
+#include "primitives/utils.h"
+
+namespace zil::hue {
+namespace {
+
+template <bool Wide>
+struct ToHsv {
+    template <class V>
+    Px<V> operator()(V r, V g, V b) const { return RgbToHsv<Wide>(r, g, b); }
+};
+// H and S take the rounding add; V is an integer already.
+struct HsvQuant {
+    template <class V>
+    auto operator()(V v, int ch) const { return ch == 2 ? Trunc(v) : Trunc(v + 0.5f); }
+};
+
+// Sector and fraction of a hue sample. Full scale wraps to red.
+struct Sector {
+    float i, f;
+};
+template <const Depth& D>
+Sector SectorOf(float c0) {
+    const float h = c0 < D.scale ? ((c0 * 360.0f) / D.scale) / 60.0f : 0.0f;
+    const float i = mx_zilsFloorOneF(h);
+    return {i, h - i};
+}
+
+// 8 bits: the sector depends on the hue byte alone, so the 256 of them are
+// worked out once a call. 16 bits: per pixel.
+template <const Depth& D>
+struct FromHsv {
+    const float* ti;  // the 8-bit table, or null
+    const float* tf;
+    Sector At(float c0) const {
+        if (ti) {
+            const int k = int(c0);
+            return {ti[k], tf[k]};
+        }
+        return SectorOf<D>(c0);
+    }
+    Px<float> operator()(float c0, float c1, float c2) const {
+        const Sector sc = At(c0);
+        return HsvSector(sc.i, sc.f, c1 / D.scale, c2);
+    }
+    Px<VF> operator()(VF c0, VF c1, VF c2) const {
+        VF i, f;
+        for (int k = 0; k < kLanes; ++k) {
+            const Sector sc = At(c0[k]);
+            i[k] = sc.i, f[k] = sc.f;
+        }
+        return HsvSector(i, f, c1 / D.scale, c2);
+    }
+};
+
+}  // namespace
+
+ZIL_IMPL void mx_innerRGBToHSV_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride) {
+    if (width < 1) return;
+    Row(Packed(s, stride), Packed(d, stride), width, 0, ToHsv<false>{}, HsvQuant{});
+}
+ZIL_IMPL void mx_innerRGBToHSV_16u_C3R(const uint16_t* s, uint16_t* d, int width, int stride) {
+    if (width < 1) return;
+    Row(Packed(s, stride), Packed(d, stride), width, 0, ToHsv<true>{}, HsvQuant{});
+}
+// ti, tf: the sector table of the 8-bit hue bytes.
+ZIL_IMPL void mx_innerHSVToRGB_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride, const float* ti,
+                                      const float* tf) {
+    if (width < 1) return;
+    Row(Packed(s, stride), Packed(d, stride), width, 0, FromHsv<k8u>{ti, tf}, Quantise<Round::Half>{});
+}
+ZIL_IMPL void mx_innerHSVToRGB_16u_C3R(const uint16_t* s, uint16_t* d, int width, int stride) {
+    if (width < 1) return;
+    Row(Packed(s, stride), Packed(d, stride), width, 0, FromHsv<k16u>{nullptr, nullptr}, Quantise<Round::Half>{});
+}
+
+ZIL_IMPL void mx_myRGBToHSV_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds, ZilSize sz, int stride) {
+    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerRGBToHSV_8u_C3R(s, d, sz.width, stride);
+}
+ZIL_IMPL void mx_myRGBToHSV_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int ds, ZilSize sz, int stride) {
+    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerRGBToHSV_16u_C3R(s, d, sz.width, stride);
+}
+ZIL_IMPL void mx_myHSVToRGB_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds, ZilSize sz, int stride) {
+    float ti[256], tf[256];
+    for (int k = 0; k < 256; ++k) {
+        const Sector sc = SectorOf<k8u>(float(k));
+        ti[k] = sc.i, tf[k] = sc.f;
+    }
+    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_8u_C3R(s, d, sz.width, stride, ti, tf);
+}
+ZIL_IMPL void mx_myHSVToRGB_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int ds, ZilSize sz, int stride) {
+    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_16u_C3R(s, d, sz.width, stride);
+}
+
+#define ZIL_HSV_EXPORT(STEM, LAYOUT, T, STRIDE)                                                            \
+    ZIL_IMPL ZilStatus mx_zili##STEM##_##LAYOUT(const T* src, int srcStep, T* dst, int dstStep, ZilSize sz) { \
+        return RgbGroupCall<T, mx_my##STEM##_C3R>(src, srcStep, dst, dstStep, sz, STRIDE);                 \
+    }
+ZIL_HSV_EXPORT(RGBToHSV_8u, C3R, uint8_t, 3)
+ZIL_HSV_EXPORT(RGBToHSV_8u, AC4R, uint8_t, 4)
+ZIL_HSV_EXPORT(RGBToHSV_16u, C3R, uint16_t, 3)
+ZIL_HSV_EXPORT(RGBToHSV_16u, AC4R, uint16_t, 4)
+ZIL_HSV_EXPORT(HSVToRGB_8u, C3R, uint8_t, 3)
+ZIL_HSV_EXPORT(HSVToRGB_8u, AC4R, uint8_t, 4)
+ZIL_HSV_EXPORT(HSVToRGB_16u, C3R, uint16_t, 3)
+ZIL_HSV_EXPORT(HSVToRGB_16u, AC4R, uint16_t, 4)
+#undef ZIL_HSV_EXPORT
+
+}  // namespace zil::hue
