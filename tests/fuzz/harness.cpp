@@ -274,6 +274,15 @@ void BuildImg(const Case& c, const Extents& e, int which, ImgBuf& out) {
     FillImg(c, which, out, ip.seed);
 }
 
+// Weights of the gray conversions, chosen by the alpha parameter: none (the
+// defaults), a plain set, weights summing above one, negative ones.
+template <class F>
+const F* GrayWeights(int64_t pick) {
+    static const F kSets[3][3] = {{F(0.25), F(0.5), F(0.25)}, {F(1), F(1.5), F(2)}, {F(-0.75), F(0.5), F(3)}};
+    const int k = int(pick & 3);
+    return k == 3 ? nullptr : kSets[k];
+}
+
 ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
     const Row& row = *c.row;
     Slot a[16];
@@ -312,6 +321,8 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'x': s.i = reserved++ ? c.reserved2 : c.reserved1; break;
             case 'h': s.i = c.threshold; break;
             case 'c': s.i = c.channels; break;
+            case 'k': s.p = const_cast<float*>(GrayWeights<float>(c.alpha)); break;
+            case 'K': s.p = const_cast<double*>(GrayWeights<double>(c.alpha)); break;
             default: std::fprintf(stderr, "%s: unknown role '%c'\n", row.name, roles[k]); std::abort();
         }
     }
