@@ -6,6 +6,7 @@
 // per element type, which prepares the weights once and walks the rows with
 // a channel stride of 3 or 4 (the fourth channel is passed over).
 #include "gray_kernels.h"
+#include "yuv_rows.h"
 
 namespace zil::gray {
 

@@ -9,7 +9,7 @@
 // Nothing is clamped: weights summing above one wrap in the integer types.
 #pragma once
 
-#include "yuv_rows.h"
+#include "px4.h"
 
 namespace zil::gray {
 
@@ -48,28 +48,34 @@ inline Weights<F> Prepare(const F* c) {
 }
 
 // ---- row kernels --------------------------------------------------------------------
-// Q15. With all three weights in 0..65535 the sum cannot exceed 32 bits and
-// 16 x 16-bit products suffice, on channels gathered in chunks; any other
-// weights take the general 32-bit loop. Both give the same wrapped sum.
+// Q15. With all three weights in the int16 range the sums stay far inside
+// 32 bits and sixteen pixels at a time go through 16 x 16-bit multiply-adds
+// of (c0, c1) and (c2, 0) pairs; any other weights take the plain loop, whose
+// 32-bit sums wrap. Both give the same bytes where both apply.
 template <int PS>
 void GrayRowQ15(const uint8_t* s, uint8_t* d, int w, const Weights<int32_t>& q) {
-    const uint32_t w0 = uint32_t(q.w[0]), w1 = uint32_t(q.w[1]), w2 = uint32_t(q.w[2]);
+    const int32_t w0 = q.w[0], w1 = q.w[1], w2 = q.w[2];
     int i = 0;
-    if ((w0 | w1 | w2) <= 0xFFFF) {
-        constexpr int N = yuv::kChunk;
-        const uint16_t k0 = uint16_t(w0), k1 = uint16_t(w1), k2 = uint16_t(w2);
-        for (; i + N <= w; i += N) {
-            uint16_t c0[N], c1[N], c2[N];
-            const uint8_t* p = s + i * PS;
-            yuv::Gather3<PS, N>(p, p + 1, p + 2, c0, c1, c2);
-            uint8_t* __restrict o = d + i;
-            for (int j = 0; j < N; ++j)
-                o[j] = uint8_t((uint32_t(c0[j]) * k0 + uint32_t(c1[j]) * k1 + uint32_t(c2[j]) * k2 + 16384u) >> 15);
+    auto int16 = [](int32_t v) { return v >= -32768 && v <= 32767; };
+    if (int16(w0) && int16(w1) && int16(w2)) {
+        const __m128i k01 = px4::Coeffs(w0, w1), k2 = px4::Coeffs(w2, 0), half = _mm_set1_epi32(16384);
+        const __m128i m = _mm_set1_epi32(0xFF), at8 = _mm_cvtsi32_si128(8), at16 = _mm_cvtsi32_si128(16);
+        for (; i + px4::kBlockReach<PS> <= w; i += 16) {
+            __m128i o[4];
+            for (int k = 0; k < 4; ++k) {
+                const __m128i px = px4::Load<PS>(s + (i + 4 * k) * PS);
+                const __m128i c01 = px4::Pair(_mm_and_si128(px, m), px4::Byte(px, at8));
+                const __m128i sum = _mm_add_epi32(_mm_madd_epi16(c01, k01), _mm_madd_epi16(px4::Byte(px, at16), k2));
+                o[k] = _mm_and_si128(_mm_srai_epi32(_mm_add_epi32(sum, half), 15), m);
+            }
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + i),
+                             _mm_packus_epi16(_mm_packs_epi32(o[0], o[1]), _mm_packs_epi32(o[2], o[3])));
         }
     }
+    const uint32_t u0 = uint32_t(w0), u1 = uint32_t(w1), u2 = uint32_t(w2);
     for (; i < w; ++i) {
         const uint8_t* p = s + i * PS;
-        d[i] = uint8_t((p[0] * w0 + p[1] * w1 + p[2] * w2 + 16384u) >> 15);
+        d[i] = uint8_t((p[0] * u0 + p[1] * u1 + p[2] * u2 + 16384u) >> 15);
     }
 }
 
