@@ -60,7 +60,7 @@ void GrayRowQ15(const uint8_t* s, uint8_t* d, int w, const Weights<int32_t>& q) 
     if (int16(w0) && int16(w1) && int16(w2)) {
         const __m128i k01 = px4::Coeffs(w0, w1), k2 = px4::Coeffs(w2, 0), half = _mm_set1_epi32(16384);
         const __m128i m = _mm_set1_epi32(0xFF), at8 = _mm_cvtsi32_si128(8), at16 = _mm_cvtsi32_si128(16);
-        for (; i + px4::kBlockReach<PS> <= w; i += 16) {
+        for (; i + px4::kBlockReach<PS, 1> <= w; i += 16) {
             __m128i o[4];
             for (int k = 0; k < 4; ++k) {
                 const __m128i px = px4::Load<PS>(s + (i + 4 * k) * PS);

@@ -38,35 +38,27 @@ inline __m128i Byte(__m128i w, __m128i shift) {
 inline __m128i Pair(__m128i x, __m128i y) {
     return _mm_or_si128(_mm_and_si128(x, _mm_set1_epi32(0xFFFF)), _mm_slli_epi32(y, 16));
 }
+// The same for x already in 0..65535 (a channel byte).
+inline __m128i PairU(__m128i x, __m128i y) { return _mm_or_si128(x, _mm_slli_epi32(y, 16)); }
 // A multiply-add constant: (a, b) in every lane pair.
 inline __m128i Coeffs(int32_t a, int32_t b) { return _mm_set1_epi32(int32_t(uint32_t(a & 0xFFFF) | uint32_t(b) << 16)); }
 
 // Pixels a block of sixteen needs in its row: for SP 3 the last group's
-// 16-byte load reaches 4 bytes past the 16th pixel.
-template <int SP>
-inline constexpr int kBlockReach = SP == 3 ? 18 : 16;
-
-// Four pixels' channels as 32-bit lanes; c0 is the channel in the pixel's
-// byte 0, and so on (c3 alpha or zero). Values are clamped to 0..255 by the
-// saturating packs, then the 4 x 4 bytes are transposed into pixel words.
-inline __m128i Words(__m128i c0, __m128i c1, __m128i c2, __m128i c3) {
-    const __m128i v = _mm_packus_epi16(_mm_packs_epi32(c0, c1), _mm_packs_epi32(c2, c3));
-    const __m128i t = _mm_unpacklo_epi8(v, _mm_srli_si128(v, 4));
-    const __m128i u = _mm_unpacklo_epi8(_mm_srli_si128(v, 8), _mm_srli_si128(v, 12));
-    return _mm_unpacklo_epi16(t, u);
-}
+// 16-byte load reaches 4 bytes past the 16th pixel, and a DP 3 store writes
+// two bytes past it (see Store3).
+template <int SP, int DP>
+inline constexpr int kBlockReach = SP == 3 ? 18 : DP == 3 ? 17 : 16;
 
 // Lanes holding three bytes each to 12 bytes at p: per 64-bit half two
-// pixels are joined into six bytes, then the upper six bytes are moved down
-// beside the lower. The lanes' top bytes are not stored.
+// pixels are joined into six bytes, and the halves are stored 6 bytes apart.
+// Two bytes past the 12 are written with junk, which the row's next pixels
+// then overwrite, so a caller stores pixels in increasing order and leaves
+// two bytes of row after the last group.
 inline void Store3(uint8_t* p, __m128i w) {
     const __m128i m0 = _mm_set1_epi64x(0xFFFFFF), m1 = _mm_set1_epi64x(0xFFFFFF000000);
     const __m128i t = _mm_or_si128(_mm_and_si128(w, m0), _mm_and_si128(_mm_srli_epi64(w, 8), m1));
-    const __m128i lo6 = _mm_set_epi32(0, 0, 0xFFFF, -1), mid6 = _mm_set_epi32(0, -1, int32_t(0xFFFF0000), 0);
-    const __m128i u = _mm_or_si128(_mm_and_si128(t, lo6), _mm_and_si128(_mm_srli_si128(t, 2), mid6));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(p), u);
-    const uint32_t last = uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(u, 8)));
-    __builtin_memcpy(p + 8, &last, 4);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(p), t);
+    _mm_storeh_pi(reinterpret_cast<__m64*>(p + 6), _mm_castsi128_ps(t));
 }
 
 // Where a row's three channels are: planes (pixel size 1), or the three
@@ -98,12 +90,13 @@ inline bool Locate(P c0, P c1, P c2, Place<P>* pl) {
 // Runs `conv` over sixteen-pixel blocks of a row from pixel i on, while the
 // row holds them, and returns the first pixel left. conv(c0, c1, c2, out)
 // turns four pixels' channel lanes into three output lanes (int32, clamped
-// to 0..255 when stored). Sources and destinations are planar (1) or
-// interleaved (SP 3 or 4; DP 3, or DP 4 with the alpha lanes `a`).
-template <int SP, int DP, class Conv>
+// to 0..255 when stored; Clamp false promises values in 0..255 already).
+// Sources and destinations are planar (1) or interleaved (SP 3 or 4; DP 3,
+// or DP 4 with the alpha lanes `a`).
+template <int SP, int DP, bool Clamp, class Conv>
 inline int Blocks(const Place<const uint8_t*>& s, const Place<uint8_t*>& d, int i, int w, __m128i a, Conv conv) {
     const __m128i z = _mm_setzero_si128();
-    for (; i + kBlockReach<SP> <= w; i += 16) {
+    for (; i + kBlockReach<SP, DP> <= w; i += 16) {
         __m128i wide[3][2];  // planar source: 16-bit samples
         if constexpr (SP == 1)
             for (int c = 0; c < 3; ++c) {
@@ -127,8 +120,32 @@ inline int Blocks(const Place<const uint8_t*>& s, const Place<uint8_t*>& d, int 
                     if (k & 1) half[c][k >> 1] = _mm_packs_epi32(prev[c], out[c]);
                     else prev[c] = out[c];
                 }
+            } else if constexpr (Clamp) {
+                // Eight pixels at once: the saturating packs clamp, then the
+                // bytes are interleaved into pixel words.
+                for (int c = 0; c < 3; ++c) {
+                    if (k & 1) half[c][0] = _mm_packs_epi32(prev[c], out[c]);
+                    else prev[c] = out[c];
+                }
+                if (k & 1) {
+                    const __m128i c01 = _mm_packus_epi16(half[d.order ? 2 : 0][0], half[1][0]);
+                    const __m128i c23 = _mm_packus_epi16(half[d.order ? 0 : 2][0], _mm_packs_epi32(a, a));
+                    const __m128i p01 = _mm_unpacklo_epi8(c01, _mm_unpackhi_epi64(c01, c01));
+                    const __m128i p23 = _mm_unpacklo_epi8(c23, _mm_unpackhi_epi64(c23, c23));
+                    const __m128i w0 = _mm_unpacklo_epi16(p01, p23), w1 = _mm_unpackhi_epi16(p01, p23);
+                    uint8_t* o = d.base[0] + (i + 4 * (k - 1)) * DP;
+                    if constexpr (DP == 3) {
+                        Store3(o, w0), Store3(o + 12, w1);
+                    } else {
+                        _mm_storeu_si128(reinterpret_cast<__m128i*>(o), w0);
+                        _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), w1);
+                    }
+                }
             } else {
-                const __m128i px = d.order ? Words(out[2], out[1], out[0], a) : Words(out[0], out[1], out[2], a);
+                const __m128i& b0 = d.order ? out[2] : out[0];
+                const __m128i& b2 = d.order ? out[0] : out[2];
+                const __m128i px = _mm_or_si128(_mm_or_si128(b0, _mm_slli_epi32(out[1], 8)),
+                                                _mm_or_si128(_mm_slli_epi32(b2, 16), _mm_slli_epi32(a, 24)));
                 if constexpr (DP == 3) Store3(d.base[0] + (i + 4 * k) * 3, px);
                 else _mm_storeu_si128(reinterpret_cast<__m128i*>(d.base[0] + (i + 4 * k) * 4), px);
             }

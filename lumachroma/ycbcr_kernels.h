@@ -67,7 +67,7 @@ struct FwdOp {
 
 // Four pixels in registers; the low byte of each shifted sum.
 inline void FwdLanes(__m128i r, __m128i g, __m128i b, __m128i* out) {
-    const __m128i rg = px4::Pair(r, g), m = _mm_set1_epi32(0xFF);
+    const __m128i rg = px4::PairU(r, g), m = _mm_set1_epi32(0xFF);
     out[0] = _mm_and_si128(DotQ16x4<kYR, kYG, kYB, kYOffset>(rg, b), m);
     out[1] = _mm_and_si128(DotQ16x4<kCbR, kCbG, kCbB, kCOffset>(rg, b), m);
     out[2] = _mm_and_si128(DotQ16x4<kCrR, kCrG, kCrB, kCOffset>(rg, b), m);
@@ -89,7 +89,7 @@ void RgbToYcbcrRow(const Rows& rw, int w, uint8_t) {
     px4::Place<const uint8_t*> sp;
     px4::Place<uint8_t*> dp;
     if (DP != 4 && px4::Locate<SP>(r, g, b, &sp) && px4::Locate<DP>(y, cb, cr, &dp)) {
-        i = px4::Blocks<SP, DP>(sp, dp, 0, w, _mm_setzero_si128(), FwdLanes);
+        i = px4::Blocks<SP, DP, false>(sp, dp, 0, w, _mm_setzero_si128(), FwdLanes);
     } else {
         for (; i + yuv::kChunk <= w; i += yuv::kChunk)
             yuv::Chunk3<SP, DP, FwdOp, false>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, cb + i * DP,
@@ -125,15 +125,15 @@ inline void YcbcrToRgbPixel(const InvSet& K, int32_t Y, int32_t Cb, int32_t Cr, 
     *b = uint8_t(Clamp255((yy + K.d * u + K.o) >> 16));
 }
 
-// Four pixels in registers (clamped when stored).
+// Four pixels in registers (clamped when stored). The chroma offset is
+// folded into the added constant: a weight c on (C - 128) is c on C plus
+// -128 c, so the pairs take the channel bytes as they are.
 template <const InvSet& K>
 inline void InvLanes(__m128i y, __m128i cb, __m128i cr, __m128i* out) {
-    const __m128i c128 = _mm_set1_epi32(128);
-    const __m128i u = _mm_sub_epi32(cb, c128), v = _mm_sub_epi32(cr, c128);
-    const __m128i yu = px4::Pair(y, u), yv = px4::Pair(y, v), v0 = px4::Pair(v, _mm_setzero_si128());
-    out[0] = DotQ16x4<K.k, K.a, 0, K.o>(yv, v0);
-    out[1] = DotQ16x4<K.k, -K.b, -K.c, K.o>(yu, v0);
-    out[2] = DotQ16x4<K.k, K.d, 0, K.o>(yu, v0);
+    const __m128i ycb = px4::PairU(y, cb), ycr = px4::PairU(y, cr);
+    out[0] = DotQ16x4<K.k, K.a, 0, K.o - 128 * K.a>(ycr, cr);
+    out[1] = DotQ16x4<K.k, -K.b, -K.c, K.o + 128 * (K.b + K.c)>(ycb, cr);
+    out[2] = DotQ16x4<K.k, K.d, 0, K.o - 128 * K.d>(ycb, cr);
 }
 
 // s: Y, Cb, Cr (stride SP); d: R, G, B (stride DP), d[3] the alpha byte.
@@ -154,7 +154,7 @@ void YcbcrToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     px4::Place<uint8_t*> dp;
     if ((DP != 4 || withAlpha) && px4::Locate<SP>(y, cb, cr, &sp) && px4::Locate<DP>(r, g, b, &dp) &&
         (!withAlpha || a == dp.base[0] + 3)) {
-        i = px4::Blocks<SP, DP>(sp, dp, 0, w, _mm_set1_epi32(alpha), InvLanes<K>);
+        i = px4::Blocks<SP, DP, true>(sp, dp, 0, w, _mm_set1_epi32(alpha), InvLanes<K>);
     } else {
         for (; i + yuv::kChunk <= w; i += yuv::kChunk)
             yuv::Chunk3<SP, DP, InvOp<K>, withAlpha>(y + i * SP, cb + i * SP, cr + i * SP, r + i * DP, g + i * DP,
