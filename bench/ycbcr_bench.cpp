@@ -28,74 +28,62 @@ struct Frame {
     }
 };
 
+// Runs `call` once per iteration over the frame and reports Mpix/s.
+template <class F>
+void Measure(benchmark::State& st, F call) {
+    for (auto _ : st) benchmark::DoNotOptimize(call());
+    zilbench::CountMpix(st);
+}
+
 void BM_RGBToYCbCr_8u_C3R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliRGBToYCbCr_8u_C3R(f.packed.data(), 3 * kW, f.out.data(), 3 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliRGBToYCbCr_8u_C3R(f.packed.data(), 3 * kW, f.out.data(), 3 * kW, {kW, kH}); });
 }
 
 void BM_YCbCrToRGB_8u_C3R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliYCbCrToRGB_8u_C3R(f.packed.data(), 3 * kW, f.out.data(), 3 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliYCbCrToRGB_8u_C3R(f.packed.data(), 3 * kW, f.out.data(), 3 * kW, {kW, kH}); });
 }
 
 void BM_RGBToYCbCr_8u_C3P3R(benchmark::State& st) {
     Frame f;
     uint8_t* dst[3] = {f.y.data(), f.u.data(), f.v.data()};
-    for (auto _ : st) benchmark::DoNotOptimize(ziliRGBToYCbCr_8u_C3P3R(f.packed.data(), 3 * kW, dst, kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliRGBToYCbCr_8u_C3P3R(f.packed.data(), 3 * kW, dst, kW, {kW, kH}); });
 }
 
 void BM_YCbCrToRGB_8u_P3C3R(benchmark::State& st) {
     Frame f;
     const uint8_t* src[3] = {f.rgb.data(), f.rgb2.data(), f.rgb3.data()};
-    for (auto _ : st) benchmark::DoNotOptimize(ziliYCbCrToRGB_8u_P3C3R(src, kW, f.out.data(), 3 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliYCbCrToRGB_8u_P3C3R(src, kW, f.out.data(), 3 * kW, {kW, kH}); });
 }
 
 void BM_RGBToGray_8u_C3C1R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliRGBToGray_8u_C3C1R(f.packed.data(), 3 * kW, f.y.data(), kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliRGBToGray_8u_C3C1R(f.packed.data(), 3 * kW, f.y.data(), kW, {kW, kH}); });
 }
 
 void BM_RGBToGray_8u_AC4C1R(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliRGBToGray_8u_AC4C1R(f.packed.data(), 4 * kW, f.y.data(), kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliRGBToGray_8u_AC4C1R(f.packed.data(), 4 * kW, f.y.data(), kW, {kW, kH}); });
 }
 
 void BM_RGBToGray_32f_C3C1R(benchmark::State& st) {
     std::vector<float> src(size_t(kW) * kH * 3, 0.25f), dst(size_t(kW) * kH);
-    for (auto _ : st)
-        benchmark::DoNotOptimize(ziliRGBToGray_32f_C3C1R(src.data(), 12 * kW, dst.data(), 4 * kW, {kW, kH}));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return ziliRGBToGray_32f_C3C1R(src.data(), 12 * kW, dst.data(), 4 * kW, {kW, kH}); });
 }
 
 #ifdef ZIL_HAVE_PEER_YUV
 void BM_peer_ARGBToI444(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(
-            libyuv::ARGBToI444(f.packed.data(), 4 * kW, f.y.data(), kW, f.u.data(), kW, f.v.data(), kW, kW, kH));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return libyuv::ARGBToI444(f.packed.data(), 4 * kW, f.y.data(), kW, f.u.data(), kW, f.v.data(), kW, kW, kH); });
 }
 void BM_peer_I444ToARGB(benchmark::State& st) {
     Frame f;
-    for (auto _ : st)
-        benchmark::DoNotOptimize(
-            libyuv::I444ToARGB(f.rgb.data(), kW, f.rgb2.data(), kW, f.rgb3.data(), kW, f.out.data(), 4 * kW, kW, kH));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return libyuv::I444ToARGB(f.rgb.data(), kW, f.rgb2.data(), kW, f.rgb3.data(), kW, f.out.data(), 4 * kW, kW, kH); });
 }
 void BM_peer_ARGBToJ400(benchmark::State& st) {
     Frame f;
-    for (auto _ : st) benchmark::DoNotOptimize(libyuv::ARGBToJ400(f.packed.data(), 4 * kW, f.y.data(), kW, kW, kH));
-    zilbench::CountMpix(st);
+    Measure(st, [&] { return libyuv::ARGBToJ400(f.packed.data(), 4 * kW, f.y.data(), kW, kW, kH); });
 }
 BENCHMARK(BM_peer_ARGBToI444)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_peer_I444ToARGB)->Unit(benchmark::kMillisecond);
