@@ -294,7 +294,7 @@ bad_input)
     bad 2 o.png "--rect wants x,y,w,h" "$Z" demosaic ok.pgm o.png --pattern rggb --method ahd --rect -1,0,3,3
     bad 2 o.jpg "cannot tell the output format of 'o.jpg'" "$Z" demosaic ok.pgm o.jpg --pattern rggb --method ahd
     bad 2 o.rgb "missing option --to or --from" "$Z" convert ok.ppm o.rgb
-    bad 2 o.yuv "--to wants i420\|nv12\|yuy2\|uyvy\|yuv422p\|yuv444p, not 'yv12'" "$Z" convert ok.ppm o.yuv --to yv12
+    bad 2 o.yuv "--to wants i420\|nv12\|yuy2\|uyvy\|yuv422p\|yuv444p(\|[a-z0-9]+)*, not 'yv12'" "$Z" convert ok.ppm o.yuv --to yv12
     bad 2 o.png "missing option --size" "$Z" convert ok.ppm o.png --from i420
     bad 2 o.png "--size wants WIDTHxHEIGHT" "$Z" convert ok.ppm o.png --from i420 --size 4by4
     bad 2 o.pgm "--levels wants a whole number from 2 to 256 for 8-bit output, not 'many'" "$Z" dither ok.pgm o.pgm --levels many --method fs
