@@ -513,6 +513,49 @@ ZilStatus ziliYCbCrToBGR_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint
 /* Finer coefficients, rounding; destination entries are tested before source
  * entries. */
 ZilStatus ziliYCbCrToRGB_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, ZilSize roiSize);
+/* Gray. RGBToGray and ColorToGray: dst = c0 w0 + c1 w1 + c2 w2 over the first
+ * three channels in memory order (AC4: the fourth is skipped). ColorToGray
+ * takes the weights (null selects the defaults); RGBToGray uses the defaults:
+ *   8u   Q15 weights 9798, 19235, 3736 (they sum to 32769); caller weights
+ *        become (int)((double)w * 32768.0 + 0.5); dst = low byte of
+ *        (c0 w0 + c1 w1 + c2 w2 + 16384) >> 15 in 32-bit integers
+ *   16u  float weights 0.299f, 0.587f, 0.114f; dst = low 16 bits of the
+ *        truncated ((c0 w0 + 0.5f) + c1 w1) + c2 w2
+ *   16s  as 16u on samples biased by +32768, the bias taken off the result
+ *   32f  (w0 c0 + w1 c1) + w2 c2 in float; 64f the same in double (weights
+ *        double; the defaults are the float values widened)
+ * Nothing is clamped: weights summing above one wrap in the integer types.
+ * GrayToRGB copies each sample bit for bit into three channels (C1C4R: the
+ * fourth gets alpha). YCbCr422ToGray takes the Y bytes (byte 2x of a row) of
+ * a Y0 Cb Y1 Cr stream; any width.
+ * Checks: src, dst null, then the size (minimum 1x1); weights are not tested.
+ * Steps are in bytes; the 16u, 16s and 32f members drop a step's remainder
+ * modulo the element size (step >> 1, step >> 2 elements).                */
+ZilStatus ziliRGBToGray_8u_C3C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_8u_AC4C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_16u_C3C1R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_16u_AC4C1R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_16s_C3C1R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_16s_AC4C1R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_32f_C3C1R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliRGBToGray_32f_AC4C1R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliColorToGray_8u_C3C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_8u_AC4C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_16u_C3C1R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_16u_AC4C1R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_16s_C3C1R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_16s_AC4C1R(const int16_t* src, int srcStep, int16_t* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_32f_C3C1R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_32f_AC4C1R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, const float coeffs[3]);
+ZilStatus ziliColorToGray_64f_C3C1R(const double* src, int srcStep, double* dst, int dstStep, ZilSize roiSize, const double coeffs[3]);
+ZilStatus ziliColorToGray_64f_AC4C1R(const double* src, int srcStep, double* dst, int dstStep, ZilSize roiSize, const double coeffs[3]);
+ZilStatus ziliGrayToRGB_8u_C1C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGrayToRGB_16u_C1C3R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGrayToRGB_32f_C1C3R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliGrayToRGB_8u_C1C4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+ZilStatus ziliGrayToRGB_16u_C1C4R(const uint16_t* src, int srcStep, uint16_t* dst, int dstStep, ZilSize roiSize, uint16_t alpha);
+ZilStatus ziliGrayToRGB_32f_C1C4R(const float* src, int srcStep, float* dst, int dstStep, ZilSize roiSize, float alpha);
+ZilStatus ziliYCbCr422ToGray_8u_C2C1R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
 /* (end of Full-resolution YCbCr and gray) */
 
 /* ---- Subsampled YCbCr and BT.709 ---------------------------------------------------------- */

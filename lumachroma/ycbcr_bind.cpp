@@ -8,13 +8,13 @@
 
 namespace zil::ycbcr {
 
-using yuv::DstLanes;
-using yuv::DstPlanes;
 using yuv::FormA;
 using yuv::FormB;
 using yuv::Null3;
-using yuv::SrcLanes;
-using yuv::SrcPlanes;
+using yuv::RunPixels;
+using yuv::RunPixelsToPlanes;
+using yuv::RunPlanes;
+using yuv::RunPlanesToPixels;
 using yuv::WalkRows;
 using yuv::kBGR3;
 using yuv::kBGRA4;
@@ -32,88 +32,56 @@ ZIL_ROW_LAYERS(mx_myYCbCrToRGB_8u_P3C4R, mx_innerYCbCrToRGB_8u_P3C4R, YcbcrToRgb
 
 // ---- forward ----------------------------------------------------------------------
 ZIL_IMPL ZilStatus mx_ziliRGBToYCbCr_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
-    if (ZilStatus st = FormA(AnyNull(src, dst), sz)) return st;
-    Walk w{};
-    SrcLanes(w, 0, src, srcStep, kRGB3);
-    DstLanes(w, 0, dst, dstStep, kRGB3);
-    mx_myRGBToYCbCr_C3_C3R(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    return RunPixels<kRGB3, kRGB3, mx_myRGBToYCbCr_C3_C3R>(FormA(AnyNull(src, dst), sz), src, srcStep, dst, dstStep,
+                                                            sz);
 }
 
 // The destination's fourth byte is left as it was.
 ZIL_IMPL ZilStatus mx_ziliRGBToYCbCr_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
-    if (ZilStatus st = FormA(AnyNull(src, dst), sz)) return st;
-    Walk w{};
-    SrcLanes(w, 0, src, srcStep, kRGBA4);
-    DstLanes(w, 0, dst, dstStep, kRGB3);
-    mx_myRGBToYCbCr_AC4R(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    return RunPixels<kRGBA4, kRGB3, mx_myRGBToYCbCr_AC4R>(FormA(AnyNull(src, dst), sz), src, srcStep, dst, dstStep,
+                                                           sz);
 }
 
 // Entries first: a null plane outranks a bad size.
 ZIL_IMPL ZilStatus mx_ziliRGBToYCbCr_8u_C3P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
                                              ZilSize sz) {
-    if (ZilStatus st = FormA(AnyNull(src, dst) || Null3(dst), sz)) return st;
-    Walk w{};
-    SrcLanes(w, 0, src, srcStep, kRGB3);
-    DstPlanes(w, 0, dst, dstStep);
-    mx_myRGBToYCbCr_8u_C3P3R(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    return RunPixelsToPlanes<kRGB3, mx_myRGBToYCbCr_8u_C3P3R>(FormA(AnyNull(src, dst) || Null3(dst), sz), src,
+                                                               srcStep, dst, dstStep, sz);
 }
 
 // Entries first; the array itself is read without a test, so a caller must
 // pass a valid one.
 ZIL_IMPL ZilStatus mx_ziliRGBToYCbCr_8u_AC4P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], int dstStep,
                                               ZilSize sz) {
-    if (ZilStatus st = FormA(AnyNull(src) || Null3(dst), sz)) return st;
-    Walk w{};
-    SrcLanes(w, 0, src, srcStep, kRGBA4);
-    DstPlanes(w, 0, dst, dstStep);
-    mx_myRGBToYCbCr_8u_AC4P3R(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    return RunPixelsToPlanes<kRGBA4, mx_myRGBToYCbCr_8u_AC4P3R>(FormA(AnyNull(src) || Null3(dst), sz), src, srcStep,
+                                                                 dst, dstStep, sz);
 }
 
 ZIL_IMPL ZilStatus mx_ziliRGBToYCbCr_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3],
                                            int dstStep, ZilSize sz) {
-    if (ZilStatus st = FormB(AnyNull(src, dst), sz, [&] { return Null3(src) || Null3(dst); })) return st;
-    Walk w{};
-    SrcPlanes(w, 0, src, srcStep);
-    DstPlanes(w, 0, dst, dstStep);
-    WalkRows<RgbToYcbcrRow<1, 1>>(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    const ZilStatus st = FormB(AnyNull(src, dst), sz, [&] { return Null3(src) || Null3(dst); });
+    return RunPlanes<WalkRows<RgbToYcbcrRow<1, 1>>>(st, src, srcStep, dst, dstStep, sz);
 }
 
 // ---- reverse ----------------------------------------------------------------------
 ZIL_IMPL ZilStatus mx_ziliYCbCrToRGB_8u_C3R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
-    if (ZilStatus st = FormA(AnyNull(src, dst), sz)) return st;
-    Walk w{};
-    SrcLanes(w, 0, src, srcStep, kRGB3);
-    DstLanes(w, 0, dst, dstStep, kRGB3);
-    WalkRows<YcbcrToRgbRow<3, 3, kInvRound, Alpha::None>>(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    return RunPixels<kRGB3, kRGB3, WalkRows<YcbcrToRgbRow<3, 3, kInvRound, Alpha::None>>>(
+        FormA(AnyNull(src, dst), sz), src, srcStep, dst, dstStep, sz);
 }
 
 // Floors; the destination's fourth byte is left as it was.
 ZIL_IMPL ZilStatus mx_ziliYCbCrToRGB_8u_AC4R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz) {
-    if (ZilStatus st = FormA(AnyNull(src, dst), sz)) return st;
-    Walk w{};
-    SrcLanes(w, 0, src, srcStep, kRGBA4);
-    DstLanes(w, 0, dst, dstStep, kRGB3);
-    mx_myYCbCrToRGBA_AC4R(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    return RunPixels<kRGBA4, kRGB3, mx_myYCbCrToRGBA_AC4R>(FormA(AnyNull(src, dst), sz), src, srcStep, dst, dstStep,
+                                                            sz);
 }
 
 namespace {
-// Planes to interleaved pixels of layout L, entries first.
+// Planes to interleaved pixels of layout L in the check layer, entries first.
 template <const yuv::Layout& L, const InvSet& K, Alpha A>
 ZilStatus PlanesToPixels(const uint8_t* const* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz,
                          uint8_t alpha) {
-    if (ZilStatus st = FormA(AnyNull(src, dst) || Null3(src), sz)) return st;
-    Walk w{};
-    SrcPlanes(w, 0, src, srcStep);
-    DstLanes(w, 0, dst, dstStep, L);
-    WalkRows<YcbcrToRgbRow<1, L.bytes, K, A>>(w, sz.width, sz.height, alpha);
-    return zilStatusOk;
+    return RunPlanesToPixels<L, WalkRows<YcbcrToRgbRow<1, L.bytes, K, A>>>(
+        FormA(AnyNull(src, dst) || Null3(src), sz), src, srcStep, dst, dstStep, sz, alpha);
 }
 }  // namespace
 
@@ -135,23 +103,15 @@ ZIL_IMPL ZilStatus mx_ziliYCbCrToBGR_8u_P3C4R(const uint8_t* const src[3], int s
 // Arrays, size, then the entries.
 ZIL_IMPL ZilStatus mx_ziliYCbCrToRGB_8u_P3C4R(const uint8_t* const src[3], int srcStep, uint8_t* dst, int dstStep,
                                              ZilSize sz, uint8_t alpha) {
-    if (ZilStatus st = FormB(AnyNull(src, dst), sz, [&] { return Null3(src); })) return st;
-    Walk w{};
-    SrcPlanes(w, 0, src, srcStep);
-    DstLanes(w, 0, dst, dstStep, kRGBA4);
-    mx_myYCbCrToRGB_8u_P3C4R(w, sz.width, sz.height, alpha);
-    return zilStatusOk;
+    const ZilStatus st = FormB(AnyNull(src, dst), sz, [&] { return Null3(src); });
+    return RunPlanesToPixels<kRGBA4, mx_myYCbCrToRGB_8u_P3C4R>(st, src, srcStep, dst, dstStep, sz, alpha);
 }
 
 // Arrays, size, destination entries, source entries; the finer coefficient set.
 ZIL_IMPL ZilStatus mx_ziliYCbCrToRGB_8u_P3R(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3],
                                            int dstStep, ZilSize sz) {
-    if (ZilStatus st = FormB(AnyNull(src, dst), sz, [&] { return Null3(dst) || Null3(src); })) return st;
-    Walk w{};
-    SrcPlanes(w, 0, src, srcStep);
-    DstPlanes(w, 0, dst, dstStep);
-    WalkRows<YcbcrToRgbRow<1, 1, kInvFine, Alpha::None>>(w, sz.width, sz.height, 0);
-    return zilStatusOk;
+    const ZilStatus st = FormB(AnyNull(src, dst), sz, [&] { return Null3(dst) || Null3(src); });
+    return RunPlanes<WalkRows<YcbcrToRgbRow<1, 1, kInvFine, Alpha::None>>>(st, src, srcStep, dst, dstStep, sz);
 }
 
 }  // namespace zil::ycbcr

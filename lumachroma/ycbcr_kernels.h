@@ -4,6 +4,7 @@
 // rest of the row pixel by pixel with the plain formula.
 #pragma once
 
+#include "px4.h"
 #include "ycbcr_coeffs.h"
 #include "yuv_rows.h"
 
@@ -33,6 +34,22 @@ inline int16_t DotQ16(int16_t x0, int16_t x1, int16_t x2) {
     return int16_t(int16_t(S0::H * x0 + S1::H * x1 + S2::H * x2) + int16_t(low >> 16));
 }
 
+// The same on four lanes: p01 holds the pairs (x0, x1), p2 the pairs (x2, 0);
+// a multiply-add of the low halves forms the low sum exactly, one of the high
+// halves (where a weight has one) the high part.
+template <int32_t K0, int32_t K1, int32_t K2, int32_t O>
+inline __m128i DotQ16x4(__m128i p01, __m128i p2) {
+    using S0 = Split<K0>;
+    using S1 = Split<K1>;
+    using S2 = Split<K2>;
+    __m128i low = _mm_add_epi32(_mm_madd_epi16(p01, px4::Coeffs(S0::L, S1::L)), _mm_set1_epi32(O));
+    if constexpr (K2 != 0) low = _mm_add_epi32(low, _mm_madd_epi16(p2, px4::Coeffs(S2::L, 0)));
+    __m128i r = _mm_srai_epi32(low, 16);
+    if constexpr (S0::H != 0 || S1::H != 0) r = _mm_add_epi32(r, _mm_madd_epi16(p01, px4::Coeffs(S0::H, S1::H)));
+    if constexpr (S2::H != 0) r = _mm_add_epi32(r, _mm_madd_epi16(p2, px4::Coeffs(S2::H, 0)));
+    return r;
+}
+
 // ---- forward ----------------------------------------------------------------------
 // Chunk arithmetic on planar arrays: the low byte of each shifted sum.
 struct FwdOp {
@@ -48,8 +65,18 @@ struct FwdOp {
     }
 };
 
+// Four pixels in registers; the low byte of each shifted sum.
+inline void FwdLanes(__m128i r, __m128i g, __m128i b, __m128i* out) {
+    const __m128i rg = px4::PairU(r, g), m = _mm_set1_epi32(0xFF);
+    out[0] = _mm_and_si128(DotQ16x4<kYR, kYG, kYB, kYOffset>(rg, b), m);
+    out[1] = _mm_and_si128(DotQ16x4<kCbR, kCbG, kCbB, kCOffset>(rg, b), m);
+    out[2] = _mm_and_si128(DotQ16x4<kCrR, kCrG, kCrB, kCOffset>(rg, b), m);
+}
+
 // s: R, G, B (stride SP); d: Y, Cb, Cr (stride DP). A fourth source byte is
-// never read, a fourth destination byte never written.
+// never read, a fourth destination byte never written. Rows whose channels
+// are planes or adjacent bytes go sixteen pixels at a time in registers,
+// others in gathered chunks; the rest pixel by pixel.
 template <int SP, int DP>
 void RgbToYcbcrRow(const Rows& rw, int w, uint8_t) {
     const uint8_t* r = rw.s[0];
@@ -59,9 +86,15 @@ void RgbToYcbcrRow(const Rows& rw, int w, uint8_t) {
     uint8_t* cb = rw.d[1];
     uint8_t* cr = rw.d[2];
     int i = 0;
-    for (; i + yuv::kChunk <= w; i += yuv::kChunk)
-        yuv::Chunk3<SP, DP, FwdOp, false>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, cb + i * DP, cr + i * DP,
-                                          nullptr, 0);
+    px4::Place<const uint8_t*> sp;
+    px4::Place<uint8_t*> dp;
+    if (DP != 4 && px4::Locate<SP>(r, g, b, &sp) && px4::Locate<DP>(y, cb, cr, &dp)) {
+        i = px4::Blocks<SP, DP, false>(sp, dp, 0, w, _mm_setzero_si128(), FwdLanes);
+    } else {
+        for (; i + yuv::kChunk <= w; i += yuv::kChunk)
+            yuv::Chunk3<SP, DP, FwdOp, false>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, cb + i * DP,
+                                              cr + i * DP, nullptr, 0);
+    }
     for (; i < w; ++i) {
         const int32_t R = r[i * SP], G = g[i * SP], B = b[i * SP];
         y[i * DP] = FwdY(R, G, B);
@@ -92,7 +125,20 @@ inline void YcbcrToRgbPixel(const InvSet& K, int32_t Y, int32_t Cb, int32_t Cr, 
     *b = uint8_t(Clamp255((yy + K.d * u + K.o) >> 16));
 }
 
+// Four pixels in registers (clamped when stored). The chroma offset is
+// folded into the added constant: a weight c on (C - 128) is c on C plus
+// -128 c, so the pairs take the channel bytes as they are.
+template <const InvSet& K>
+inline void InvLanes(__m128i y, __m128i cb, __m128i cr, __m128i* out) {
+    const __m128i ycb = px4::PairU(y, cb), ycr = px4::PairU(y, cr);
+    out[0] = DotQ16x4<K.k, K.a, 0, K.o - 128 * K.a>(ycr, cr);
+    out[1] = DotQ16x4<K.k, -K.b, -K.c, K.o + 128 * (K.b + K.c)>(ycb, cr);
+    out[2] = DotQ16x4<K.k, K.d, 0, K.o - 128 * K.d>(ycb, cr);
+}
+
 // s: Y, Cb, Cr (stride SP); d: R, G, B (stride DP), d[3] the alpha byte.
+// Blocks of sixteen in registers where the channels allow (a written alpha
+// byte must follow the three colour bytes), as in the forward row.
 template <int SP, int DP, const InvSet& K, Alpha A>
 void YcbcrToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     const uint8_t* y = rw.s[0];
@@ -104,9 +150,16 @@ void YcbcrToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     uint8_t* a = rw.d[3];
     constexpr bool withAlpha = A == Alpha::Value;
     int i = 0;
-    for (; i + yuv::kChunk <= w; i += yuv::kChunk)
-        yuv::Chunk3<SP, DP, InvOp<K>, withAlpha>(y + i * SP, cb + i * SP, cr + i * SP, r + i * DP, g + i * DP,
-                                                 b + i * DP, withAlpha ? a + i * DP : a, alpha);
+    px4::Place<const uint8_t*> sp;
+    px4::Place<uint8_t*> dp;
+    if ((DP != 4 || withAlpha) && px4::Locate<SP>(y, cb, cr, &sp) && px4::Locate<DP>(r, g, b, &dp) &&
+        (!withAlpha || a == dp.base[0] + 3)) {
+        i = px4::Blocks<SP, DP, true>(sp, dp, 0, w, _mm_set1_epi32(alpha), InvLanes<K>);
+    } else {
+        for (; i + yuv::kChunk <= w; i += yuv::kChunk)
+            yuv::Chunk3<SP, DP, InvOp<K>, withAlpha>(y + i * SP, cb + i * SP, cr + i * SP, r + i * DP, g + i * DP,
+                                                     b + i * DP, withAlpha ? a + i * DP : a, alpha);
+    }
     for (; i < w; ++i) {
         YcbcrToRgbPixel(K, y[i * SP], cb[i * SP], cr[i * SP], r + i * DP, g + i * DP, b + i * DP);
         if constexpr (withAlpha) a[i * DP] = alpha;

@@ -48,6 +48,51 @@ inline void DstPlanes(Walk& w, int slot, uint8_t* const* p, ptrdiff_t step) {
     for (int c = 0; c < 3; ++c) w.at.d[slot + c] = p[c], w.ds[slot + c] = step;
 }
 
+// The tail of a full-resolution check layer: given the status of the
+// member's checks, sets up the walk over interleaved pixels (layout S or D)
+// or planes on either side and runs the row layer My over the image.
+using RowLayer = void (*)(const Walk&, int width, int turns, uint8_t alpha);
+template <const Layout& S, const Layout& D, RowLayer My>
+ZilStatus RunPixels(ZilStatus st, const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize sz,
+                    uint8_t alpha = 0) {
+    if (st) return st;
+    Walk w{};
+    SrcLanes(w, 0, src, srcStep, S);
+    DstLanes(w, 0, dst, dstStep, D);
+    My(w, sz.width, sz.height, alpha);
+    return zilStatusOk;
+}
+template <const Layout& S, RowLayer My>
+ZilStatus RunPixelsToPlanes(ZilStatus st, const uint8_t* src, int srcStep, uint8_t* const* dst, int dstStep,
+                            ZilSize sz) {
+    if (st) return st;
+    Walk w{};
+    SrcLanes(w, 0, src, srcStep, S);
+    DstPlanes(w, 0, dst, dstStep);
+    My(w, sz.width, sz.height, 0);
+    return zilStatusOk;
+}
+template <const Layout& D, RowLayer My>
+ZilStatus RunPlanesToPixels(ZilStatus st, const uint8_t* const* src, int srcStep, uint8_t* dst, int dstStep,
+                            ZilSize sz, uint8_t alpha = 0) {
+    if (st) return st;
+    Walk w{};
+    SrcPlanes(w, 0, src, srcStep);
+    DstLanes(w, 0, dst, dstStep, D);
+    My(w, sz.width, sz.height, alpha);
+    return zilStatusOk;
+}
+template <RowLayer My>
+ZilStatus RunPlanes(ZilStatus st, const uint8_t* const* src, int srcStep, uint8_t* const* dst, int dstStep,
+                    ZilSize sz) {
+    if (st) return st;
+    Walk w{};
+    SrcPlanes(w, 0, src, srcStep);
+    DstPlanes(w, 0, dst, dstStep);
+    My(w, sz.width, sz.height, 0);
+    return zilStatusOk;
+}
+
 // 4:2:0 walks: the luma (or RGB) rows of a turn are rows 2t and 2t + 1.
 inline void Src420Lanes(Walk& w, const uint8_t* base, ptrdiff_t step, const Layout& L) {
     SrcLanes(w, 0, base, 2 * step, L);

@@ -36,19 +36,22 @@ struct PixelCase {
     uint8_t in[3], want[3];
 };
 
-// Converts one pixel (and a second one, to see that pixels do not mix) with
-// every named member; BGR members hold the wanted R, G, B at bytes 2, 1, 0.
+// Converts rows of 40 equal pixels (blocks of sixteen and a rest) with every
+// named member; BGR members hold the wanted R, G, B at bytes 2, 1, 0.
 void ExpectPixels(std::initializer_list<const char*> names, std::initializer_list<PixelCase> cases) {
     for (const char* name : names) {
         const Member& m = FindIn(kMembers, name);
         const bool bgr = std::strstr(name, "BGR") != nullptr;
         for (const PixelCase& c : cases) {
-            Image img(m, 2, 1, 0, 1);
-            for (int ch = 0; ch < 3; ++ch) At(img.src, m.src, 0, ch) = c.in[ch], At(img.src, m.src, 1, ch) = 0;
+            Image img(m, 40, 2, 0, 1);
+            for (int x = 0; x < 40; ++x)
+                for (int ch = 0; ch < 3; ++ch) At(img.src, m.src, x, ch) = c.in[ch];
             ASSERT_EQ(m.call(img.args), zilStatusOk) << name;
-            for (int ch = 0; ch < 3; ++ch)
-                EXPECT_EQ(At(img.dst, m.dst, 0, bgr ? 2 - ch : ch), c.want[ch])
-                    << name << " (" << int(c.in[0]) << "," << int(c.in[1]) << "," << int(c.in[2]) << ") channel " << ch;
+            for (int x : {0, 21, 39})
+                for (int ch = 0; ch < 3; ++ch)
+                    EXPECT_EQ(At(img.dst, m.dst, x, bgr ? 2 - ch : ch), c.want[ch])
+                        << name << " (" << int(c.in[0]) << "," << int(c.in[1]) << "," << int(c.in[2]) << ") pixel "
+                        << x << " channel " << ch;
         }
     }
 }

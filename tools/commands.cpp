@@ -10,6 +10,7 @@
 #include "ops.hpp"
 #include "progress.hpp"
 #include "registry.hpp"
+#include "ycbcr_tool.hpp"
 
 namespace zt {
 namespace {
@@ -49,6 +50,8 @@ const char kConvertHelp[] =
     "                    layout needs are read, a longer input is refused\n"
     "  IN or OUT may be - for standard input or output (images as PNM).\n"
     "  --band-rows N     rows handed to the library per call\n"
+    "  --matrix M        analog (default) or, for yuv444p, bt601: studio-range\n"
+    "                    YCbCr (Y 16..235, Cb and Cr 16..240)\n"
     "\n"
     "FORMAT (raw files are dense, planes one after another):\n"
     "  i420     4:2:0, three planes Y, U, V; chroma w/2 x h/2 (even w and h)\n"
@@ -188,7 +191,8 @@ int RunDemosaic(int argc, char** argv, int first) {
 }
 
 int RunConvert(int argc, char** argv, int first) {
-    const Args a = ParseArgs("convert", argc, argv, first, {{"to", true}, {"from", true}, {"size", true}, {"band-rows", true}});
+    const Args a = ParseArgs("convert", argc, argv, first,
+                             {{"to", true}, {"from", true}, {"size", true}, {"band-rows", true}, {"matrix", true}});
     if (Help(a, ConvertHelp().c_str())) return 0;
     RequirePositional(a, {"IN", "OUT"});
     if (a.Has("to") == a.Has("from"))
@@ -198,12 +202,13 @@ int RunConvert(int argc, char** argv, int first) {
     for (const SpaceDef& sp : Spaces()) names.push_back(sp.name);
     const bool toYuv = a.Has("to");
     if (const SpaceDef* space = FindSpace(a.Get(toYuv ? "to" : "from"))) {
-        for (const char* o : {"size", "band-rows"})
+        for (const char* o : {"size", "band-rows", "matrix"})
             if (a.Has(o)) throw UsageError(std::string("--") + o + " is for raw YUV files, not for --" + (toYuv ? "to " : "from ") + space->name);
         return ConvertSpace(*space, toYuv, a.positional[0], a.positional[1]);
     }
     const YuvFormat fmt = YuvFormats()[size_t(ParseChoice(toYuv ? "to" : "from", a.Get(toYuv ? "to" : "from"), names))].format;
     const int bandRows = BandRowsOption(a);
+    const bool studio = StudioMatrix(a.Has("matrix") ? &a.Get("matrix") : nullptr, fmt);
     const std::string& in = a.positional[0];
     const std::string& out = a.positional[1];
     if (toYuv) {
@@ -223,7 +228,7 @@ int RunConvert(int argc, char** argv, int first) {
         YuvFrameBytes(fmt, rgb.width, rgb.height);  // refuses extents the layout cannot hold
         WarnRawOutputName(out, "raw " + Upper(YuvInfo(fmt).name) + " data");
         Progress progress("convert", rgb.height);
-        const std::vector<uint8_t> yuv = RgbToYuv(rgb, fmt, bandRows, &progress);
+        const std::vector<uint8_t> yuv = studio ? RgbToYcbcr444(rgb, bandRows, &progress) : RgbToYuv(rgb, fmt, bandRows, &progress);
         progress.Finish();
         WriteBytes(out, yuv);
     } else {
@@ -241,7 +246,7 @@ int RunConvert(int argc, char** argv, int first) {
                             ", but " + Upper(YuvInfo(fmt).name) + " at " + SizeText(w, h) + " needs " +
                             std::to_string(need));
         Progress progress("convert", h);
-        const Image rgb = YuvToRgb(yuv, w, h, fmt, bandRows, &progress);
+        const Image rgb = studio ? Ycbcr444ToRgb(yuv, w, h, bandRows, &progress) : YuvToRgb(yuv, w, h, fmt, bandRows, &progress);
         progress.Finish();
         WriteImage(out, rgb, 6, true);
     }

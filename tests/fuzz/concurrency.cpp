@@ -52,6 +52,11 @@ std::vector<Case> Cases() {
             out.push_back(c);
             c.dither = 3;
             out.push_back(c);
+        } else if (Has(*c.row, 'k') || Has(*c.row, 'K')) {  // gray weights: each set and none
+            for (int k = 0; k < 4; ++k) {
+                c.alpha = 200 + k;
+                out.push_back(c);
+            }
         } else {
             out.push_back(c);
         }

@@ -280,6 +280,15 @@ void BuildImg(const Case& c, const Extents& e, int which, ImgBuf& out) {
     FillImg(c, which, out, ip.seed);
 }
 
+// Weights of the gray conversions, chosen by the alpha parameter: none (the
+// defaults), a plain set, weights summing above one, negative ones.
+template <class F>
+const F* GrayWeights(int64_t pick) {
+    static const F kSets[3][3] = {{F(0.25), F(0.5), F(0.25)}, {F(1), F(1.5), F(2)}, {F(-0.75), F(0.5), F(3)}};
+    const int k = int(pick & 3);
+    return k == 3 ? nullptr : kSets[k];
+}
+
 ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
     const Row& row = *c.row;
     Slot a[16];
@@ -324,8 +333,10 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'h': s.i = c.threshold; break;
             case 'c': s.i = c.channels; break;
             case 'm': s.p = const_cast<float*>(kTwistMatrix); break;
-            case 'k': s.i = c.alpha % 4 - 1; break;     // vMin -1..2
-            case 'K': s.i = c.reserved1 & 3; break;     // vMax 0..3: at times not above vMin
+            case 'e': s.i = c.alpha % 4 - 1; break;     // vMin -1..2
+            case 'E': s.i = c.reserved1 & 3; break;     // vMax 0..3: at times not above vMin
+            case 'k': s.p = const_cast<float*>(GrayWeights<float>(c.alpha)); break;
+            case 'K': s.p = const_cast<double*>(GrayWeights<double>(c.alpha)); break;
             default: std::fprintf(stderr, "%s: unknown role '%c'\n", row.name, roles[k]); std::abort();
         }
     }

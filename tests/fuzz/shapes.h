@@ -150,7 +150,7 @@ ZilStatus InvokeVersion(const Slot*);
 //   a alpha            n noise            t dither          l levels
 //   o bit offset       x reserved int     h threshold       c channel code
 //   p result cell (int*), a destination of one int
-//   m the twist matrix   k K the gamma range vMin, vMax
+//   m the twist matrix   e E the gamma range vMin, vMax   k K gray weights (float, double)
 struct Row {
     const char* name;
     ZilStatus (*call)(const Slot*);
@@ -244,7 +244,7 @@ inline constexpr Row kRows[] = {
 #endif
 
     // Gamma. In-place forms pass their one image as the destination; the 32f
-    // forms take the roles k (vMin) and K (vMax) last. Planes of es-byte samples
+    // forms take the roles e (vMin) and E (vMax) last. Planes of es-byte samples
     // share one step.
 #define ZIL_GAMMA_P3(es) \
     [] { Img m = Planes(3, StepOne, {es, XW, YH}, {es, XW, YH}, {es, XW, YH}); return m.elem = es, m; }()
@@ -258,7 +258,7 @@ inline constexpr Row kRows[] = {
         ZROW(ziliGamma##Dir##_##code##_IP3R, "dDz" ex, kNone, ZIL_GAMMA_P3(es), kNone)
     ZIL_GAMMA_ROWS(Fwd, 8u, 1, Int, ""), ZIL_GAMMA_ROWS(Inv, 8u, 1, Int, ""),
     ZIL_GAMMA_ROWS(Fwd, 16u, 2, Int, ""), ZIL_GAMMA_ROWS(Inv, 16u, 2, Int, ""),
-    ZIL_GAMMA_ROWS(Fwd, 32f, 4, Float, "kK"), ZIL_GAMMA_ROWS(Inv, 32f, 4, Float, "kK"),
+    ZIL_GAMMA_ROWS(Fwd, 32f, 4, Float, "eE"), ZIL_GAMMA_ROWS(Inv, 32f, 4, Float, "eE"),
 #undef ZIL_GAMMA_ROWS
 #undef ZIL_GAMMA_P3
     // (end of Gamma)
@@ -295,6 +295,31 @@ inline constexpr Row kRows[] = {
     ZROW(ziliYCbCrToRGB_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
     ZROW(ziliYCbCrToBGR_8u_P3C4R, "sSdDza", kP3, kAC4, kNone),
     ZROW(ziliYCbCrToRGB_8u_P3R, "sSdDz", kP3, kP3, kNone),
+    ZROW(ziliRGBToGray_8u_C3C1R, "sSdDz", One(3, XW, YH, 1), One(1, XW, YH, 1), kNone),
+    ZROW(ziliRGBToGray_8u_AC4C1R, "sSdDz", One(4, XW, YH, 1), One(1, XW, YH, 1), kNone),
+    ZROW(ziliRGBToGray_16u_C3C1R, "sSdDz", One(6, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliRGBToGray_16u_AC4C1R, "sSdDz", One(8, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliRGBToGray_16s_C3C1R, "sSdDz", One(6, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliRGBToGray_16s_AC4C1R, "sSdDz", One(8, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliRGBToGray_32f_C3C1R, "sSdDz", Float(One(12, XW, YH, 4)), One(4, XW, YH, 4), kNone),
+    ZROW(ziliRGBToGray_32f_AC4C1R, "sSdDz", Float(One(16, XW, YH, 4)), One(4, XW, YH, 4), kNone),
+    ZROW(ziliColorToGray_8u_C3C1R, "sSdDzk", One(3, XW, YH, 1), One(1, XW, YH, 1), kNone),
+    ZROW(ziliColorToGray_8u_AC4C1R, "sSdDzk", One(4, XW, YH, 1), One(1, XW, YH, 1), kNone),
+    ZROW(ziliColorToGray_16u_C3C1R, "sSdDzk", One(6, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliColorToGray_16u_AC4C1R, "sSdDzk", One(8, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliColorToGray_16s_C3C1R, "sSdDzk", One(6, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliColorToGray_16s_AC4C1R, "sSdDzk", One(8, XW, YH, 2), One(2, XW, YH, 2), kNone),
+    ZROW(ziliColorToGray_32f_C3C1R, "sSdDzk", Float(One(12, XW, YH, 4)), One(4, XW, YH, 4), kNone),
+    ZROW(ziliColorToGray_32f_AC4C1R, "sSdDzk", Float(One(16, XW, YH, 4)), One(4, XW, YH, 4), kNone),
+    ZROW(ziliColorToGray_64f_C3C1R, "sSdDzK", One(24, XW, YH, 8), One(8, XW, YH, 8), kNone),
+    ZROW(ziliColorToGray_64f_AC4C1R, "sSdDzK", One(32, XW, YH, 8), One(8, XW, YH, 8), kNone),
+    ZROW(ziliGrayToRGB_8u_C1C3R, "sSdDz", One(1, XW, YH, 1), One(3, XW, YH, 1), kNone),
+    ZROW(ziliGrayToRGB_16u_C1C3R, "sSdDz", One(2, XW, YH, 2), One(6, XW, YH, 2), kNone),
+    ZROW(ziliGrayToRGB_32f_C1C3R, "sSdDz", One(4, XW, YH, 4), One(12, XW, YH, 4), kNone),
+    ZROW(ziliGrayToRGB_8u_C1C4R, "sSdDza", One(1, XW, YH, 1), One(4, XW, YH, 1), kNone),
+    ZROW(ziliGrayToRGB_16u_C1C4R, "sSdDza", One(2, XW, YH, 2), One(8, XW, YH, 2), kNone),
+    ZROW(ziliGrayToRGB_32f_C1C4R, "sSdDza", One(4, XW, YH, 4), One(16, XW, YH, 4), kNone),
+    ZROW(ziliYCbCr422ToGray_8u_C2C1R, "sSdDz", kC2, One(1), kNone),
     // (end of Full-resolution YCbCr and gray)
 
     // Subsampled YCbCr and BT.709. 4:2:2 chroma planes w/2 a row, 4:1:1 w/4,
