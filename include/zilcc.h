@@ -453,6 +453,50 @@ ZilStatus ziliYCbCr411To420_8u_P3R(const uint8_t* const src[3], const int srcSte
 ZilStatus ziliYCbCr420To411_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
 ZilStatus ziliYCbCr420To1620_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
 ZilStatus ziliYCbCr1620To420_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* Filtered 4:2:0 upsampling.
+ * Slice filters with a layout: 1 top slice (from the image's first row; the
+ * region's last two rows are left for the next call), 4 middle slice, 16 bottom
+ * slice (finishes the image's last rows), any value with bits 1, 4 and 16 all
+ * set (e.g. 21) the whole image; any other value does nothing and returns
+ * zilStatusOk. A middle or bottom slice reads from two luma rows and one chroma
+ * row above its base and writes from two output rows above it: the caller
+ * keeps those rows of the previous slice at hand. Luma is filtered vertically
+ * 1:2:1 and chroma averaged from the two nearest rows; which rows round
+ * depends on the mode. Width and height are rounded down to even.
+ * ziliYCbCr420ToYCbCr422_Filter_8u_P2C2R (output Y0 Cb Y1 Cr): null pointers;
+ * width or height < 2 fails.
+ * ziliYCbCr420ToYCrCb420_Filter_8u_P2P3R: pairs split without a swap (first
+ * byte to dst[1]); srcY, srcCbCr, dst null; width or height < 1; dst[0..2]
+ * null; width < 2 or even height < 2. Except in the top slice, dst[1] rows
+ * advance by dstStep[2] and dst[2] rows by dstStep[1]. */
+ZilStatus ziliYCbCr420ToYCrCb420_Filter_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize, uint32_t layout);
+ZilStatus ziliYCbCr420ToYCbCr422_Filter_8u_P2C2R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint32_t layout);
+/* Four-tap interpolation: luma copied, even chroma rows copied, odd chroma rows
+ * (-1, 9, 9, -1) / 16 over the even rows, the nearest even row standing in at
+ * the borders, limited to 0..255. Width rounded down to even, height to a
+ * multiple of 8; rows from there on are not touched. Null pointers (arrays,
+ * then entries); width < 2 or height < 8 fails. The YCrCb form reads Y, Cr, Cb
+ * planes and writes Y, Cb, Cr. */
+ZilStatus ziliYCbCr420ToYCbCr422_Filter_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToYCbCr422_Filter_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCrCb420ToYCbCr422_Filter_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* Planes Y, Cr, Cb (4:2:0) to B, G, R, alpha bytes; the right pixel of each
+ * 2x2 block takes chroma averaged with the next block's, the last block of a
+ * row its own. Blocks per row: width / 2 - 1, then the last block always, so
+ * width 1 writes two pixels. src and dst null; width or height < 1; plane
+ * entries null. Returns zilStatusOddSize when width or height is odd (an odd
+ * last row is not written). */
+ZilStatus ziliYCrCb420ToBGR_Filter_8u_P3C4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Interlaced 4:2:0 <-> 4:2:2: chroma rows of one field weighted together.
+ * 420 to 422: rows 0, 1 and the last two copied, the others 5:3, 7:1, 1:7,
+ * 3:5 (+4, >> 3). 422 to 420: (3 r0 + r2 + 2) >> 2 and (r1 + 3 r3 + 2) >> 2
+ * per group of four rows. Luma copied. Null pointers; width < 2 or height < 4
+ * fails. Width rounded down to even, height to a multiple of 4; then
+ * zilStatusOddSize if anything was left over. */
+ZilStatus ziliYCbCr420To422_Interlace_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422To420_Interlace_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr420_Interlace_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
 /* (end of Chroma reformatting, filters and interlace) */
 
 /* ---- XYZ, LUV, Lab and YCC ---------------------------------------------------------- */
