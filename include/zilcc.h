@@ -243,6 +243,13 @@ ZilStatus ziliDemosaicAHD_16u_C1C3R(const uint16_t* src, ZilRect srcRect, ZilSiz
  * Steps in bytes. Float sources map 0..1 onto the output range; values
  * outside are not clamped and may wrap. AC4 leaves the destination's fourth
  * element untouched; C4 quantises it like the others.
+ * The 8u pair: the plain form gives levels trunc(k * 255 / (levels - 1) + 0.5)
+ * with 255 at the top. The dithering forms store level k as bits 8..15 of
+ * k * m, m = trunc(65280 / (levels - 1) + 0.000009), so their top level can
+ * fall short (levels 8: m = 9325, 7 * m >> 8 = 254); error diffusion still
+ * sends saturated white to 255, but the ordered dither can lift white past the
+ * top level, whose byte wraps (levels 8: 8 * m >> 8 = 291, stored as 35). For
+ * the plain form's levels under every dither, use the 32f8u pair on s / 255.
  * Checks, in order: src/dst null -8; width or height < 1 -6; noise > 100
  * -55; levels out of range -54; dither unknown -224; a null buffer where the
  * route needs one -8. Nothing is written on an error.

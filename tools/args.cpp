@@ -81,6 +81,19 @@ long long ParseInt(const std::string& option, const std::string& text) {
     return v;
 }
 
+long long ParseIntIn(const std::string& option, const std::string& text, long long lo, long long hi,
+                     const std::string& what) {
+    long long v = lo - 1;
+    try {
+        v = ParseInt(option, text);
+    } catch (const UsageError&) {
+    }
+    if (v < lo || v > hi)
+        throw UsageError("--" + option + " wants a whole number from " + std::to_string(lo) + " to " +
+                         std::to_string(hi) + what + ", not '" + text + "'");
+    return v;
+}
+
 void ParseSize(const std::string& option, const std::string& text, int* w, int* h) {
     const size_t x = text.find_first_of("xX");
     bool ok = x != std::string::npos && x > 0 && x + 1 < text.size();
@@ -90,7 +103,9 @@ void ParseSize(const std::string& option, const std::string& text, int* w, int* 
     if (ok) {
         W = std::strtoll(text.substr(0, x).c_str(), nullptr, 10);
         H = std::strtoll(text.substr(x + 1).c_str(), nullptr, 10);
-        ok = W >= 1 && H >= 1 && W <= 1000000000 && H <= 1000000000;
+        ok = W >= 1 && H >= 1;
+        if (ok && (x > 10 || text.size() - x - 1 > 10 || W > 1000000000 || H > 1000000000))
+            throw UsageError("--" + option + " " + text + " is too large: width and height go up to 1000000000");
     }
     if (!ok) throw UsageError("--" + option + " wants WIDTHxHEIGHT such as 640x480, not '" + text + "'");
     *w = int(W);

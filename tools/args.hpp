@@ -32,6 +32,9 @@ void RequirePositional(const Args& a, const std::vector<std::string>& names);
 
 // Value parsers; each throws UsageError naming the option and what it wants.
 long long ParseInt(const std::string& option, const std::string& text);
+// A whole number from lo to hi; else "--OPTION wants LO..HI[what], not 'TEXT'".
+long long ParseIntIn(const std::string& option, const std::string& text, long long lo, long long hi,
+                     const std::string& what = "");
 void ParseSize(const std::string& option, const std::string& text, int* w, int* h);
 void ParseRect(const std::string& option, const std::string& text, int* x, int* y, int* w, int* h);
 // One of `choices`, matched without regard to case; returns its index.

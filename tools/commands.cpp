@@ -1,6 +1,7 @@
 // The subcommands for the user's own files, and version and list.
 #include "commands.hpp"
 
+#include <cctype>
 #include <cstdio>
 
 #include "args.hpp"
@@ -18,14 +19,19 @@ const char kDemosaicHelp[] =
     "\n"
     "Reconstructs a full RGB image from colour-filter-array (Bayer) samples.\n"
     "\n"
-    "  IN                single-channel 8- or 16-bit PGM or PNG of raw sensor samples\n"
-    "  OUT               RGB .png (16-bit input stays 16-bit) or .ppm\n"
+    "  IN                single-channel 8- or 16-bit PGM or PNG of raw sensor samples,\n"
+    "                    or - for standard input; at least 2x2 for gradient and\n"
+    "                    5x5 for ahd\n"
+    "  OUT               RGB .png or .ppm/.pnm, or - for PPM on standard output;\n"
+    "                    16-bit input stays 16-bit. A PGM's maximum value (such as\n"
+    "                    4095 for 12-bit samples) is kept in PPM output; PNG output\n"
+    "                    is scaled to the full range and records the true bits\n"
     "  --pattern P       filter colours of the image's top-left 2x2 cell, read\n"
     "                    left to right, top to bottom\n"
     "  --method M        gradient: gradient-steered bilinear interpolation\n"
     "                    ahd:      adaptive homogeneity-directed selection\n"
-    "  --rect x,y,w,h    reconstruct only this region (clipped to the image);\n"
-    "                    the samples around it are still used\n"
+    "  --rect x,y,w,h    reconstruct only this region (clipped to the image):\n"
+    "                    exactly the pixels of the whole image's result there\n"
     "  --band-rows N     rows handed to the library per call (default: about\n"
     "                    8 MB of input a band); the result does not depend on it\n";
 
@@ -39,14 +45,17 @@ const char kConvertHelp[] =
     "\n"
     "  --to FORMAT       IN is an RGB (or grey) .png/.ppm/.pgm; OUT a raw YUV file\n"
     "  --from FORMAT     IN is a raw YUV file; OUT an RGB .png or .ppm\n"
-    "  --size WxH        the extent of a raw YUV input\n"
+    "  --size WxH        the extent of a raw YUV input; exactly the bytes the\n"
+    "                    layout needs are read, a longer input is refused\n"
+    "  IN or OUT may be - for standard input or output (images as PNM).\n"
     "  --band-rows N     rows handed to the library per call\n"
     "\n"
     "FORMAT (raw files are dense, planes one after another):\n"
     "  i420     4:2:0, three planes Y, U, V; chroma w/2 x h/2 (even w and h)\n"
     "  nv12     4:2:0, plane Y then one plane of U,V pairs (even w and h)\n"
-    "  yuy2     4:2:2 packed, bytes Y0 U Y1 V, 2w bytes a row\n"
-    "  uyvy     4:2:2 packed, bytes U Y0 V Y1, 2w bytes a row\n"
+    "  yuy2     4:2:2 packed, bytes Y0 U Y1 V, 4*ceil(w/2) bytes a row (at an\n"
+    "           odd width the last pixel is repeated to fill its cell)\n"
+    "  uyvy     4:2:2 packed, bytes U Y0 V Y1, likewise\n"
     "  yuv422p  4:2:2, three planes, chroma (w+1)/2 x h\n"
     "  yuv444p  4:4:4, three planes of w x h\n";
 
@@ -72,16 +81,19 @@ const char kDitherHelp[] =
     "\n"
     "Reduces the number of grey or colour levels, hiding the steps by dithering.\n"
     "\n"
-    "  IN                grey or RGB, 8- or 16-bit .png/.pgm/.ppm\n"
-    "  OUT               .png, .pgm or .ppm (with --bits 1: .pbm or .png)\n"
+    "  IN                grey or RGB, 8- or 16-bit .png/.pgm/.ppm, or - (stdin)\n"
+    "  OUT               .png, .pgm, .ppm or - (with --bits 1: .pbm or .png)\n"
     "  --levels N        equally spaced output levels per channel: 2..256 for\n"
-    "                    8-bit output, 2..65536 for 16-bit output\n"
+    "                    8-bit output, 2..65536 for 16-bit output. The levels\n"
+    "                    are round(k * 255 / (N-1)) (or 65535) for every method;\n"
+    "                    black stays black and white stays white\n"
     "  --method M        none:   plain quantising\n"
     "                    fs:     error diffusion over 4 neighbours\n"
     "                    jjn:    error diffusion over 12 neighbours (7,5,3,1 weights)\n"
     "                    stucki: error diffusion over 12 neighbours (8,4,2,1 weights)\n"
     "                    bayer:  ordered dither with a 4x4 matrix\n"
     "  --noise P         percent (0..100) of random noise added to the dither\n"
+    "                    (not with --method none)\n"
     "  --out-bits 8|16   output depth for 16-bit input (default 8; 16 allows\n"
     "                    more than 256 levels)\n"
     "  --bits 1          one bit a pixel from an 8-bit grey image, with\n"
@@ -101,6 +113,11 @@ const char kListHelp[] =
     "Lists the functions that the loaded library exports, read from its dynamic\n"
     "symbol table, one a line; with TEXT only the names that contain it.\n";
 
+std::string Upper(std::string s) {
+    for (char& c : s) c = char(std::toupper(static_cast<unsigned char>(c)));
+    return s;
+}
+
 bool Help(const Args& a, const char* text) {
     if (a.help) std::fputs(text, stdout);
     return a.help;
@@ -108,21 +125,24 @@ bool Help(const Args& a, const char* text) {
 
 int BandRowsOption(const Args& a) {
     if (!a.Has("band-rows")) return 0;
-    const long long n = ParseInt("band-rows", a.Get("band-rows"));
-    if (n < 1) throw UsageError("--band-rows wants a number of rows above 0");
-    return int(n);
+    return int(ParseIntIn("band-rows", a.Get("band-rows"), 1, 1 << 20));
 }
 
-Image ReadInput(const std::string& path) {
+// Reads IN; the built-in commands take 8- and 16-bit images only. With
+// `keepRange` a PNM's maximum value is kept (and goes to the output).
+Image ReadInput(const std::string& path, bool keepRange = false, bool integerOnly = true) {
     bool droppedAlpha = false;
-    Image img = ReadImage(path, &droppedAlpha, true);
-    if (droppedAlpha) std::fprintf(stderr, "zilcc: note: %s: the alpha channel is ignored\n", path.c_str());
+    Image img = ReadImage(path, &droppedAlpha, true, keepRange);
+    if (droppedAlpha) std::fprintf(stderr, "zilcc: note: %s: the alpha channel is ignored\n", DisplayName(path).c_str());
+    if (integerOnly && img.depth == 32)
+        throw DataError(DisplayName(path) + ": this command takes 8- or 16-bit images, not float (PFM) ones");
     return img;
 }
 
 // convert --to/--from a registered colour space.
 int ConvertSpace(const SpaceDef& space, bool toSpace, const std::string& in, const std::string& out) {
-    const Image src = ReadInput(in);
+    OutputFormatFor(out);
+    const Image src = ReadInput(in, false, false);
     Progress progress("convert", src.height);
     const Image dst = toSpace ? space.toSpace(src, &progress) : space.fromSpace(src, &progress);
     progress.Finish();
@@ -152,9 +172,9 @@ int RunDemosaic(int argc, char** argv, int first) {
     if (method == DemosaicMethod::Gradient && !kHaveCfa) NotAvailable("the gradient demosaicing method");
     if (method == DemosaicMethod::Ahd && !kHaveAhd) NotAvailable("the AHD demosaicing method");
 
-    const Image cfa = ReadInput(in);
+    const Image cfa = ReadInput(in, true);
     if (cfa.channels != 1)
-        throw DataError(in + ": demosaicing takes a single-channel image of raw samples, this one is RGB");
+        throw DataError(DisplayName(in) + ": demosaicing takes a single-channel image of raw samples, this one is RGB");
     if (!hasRect) rect = {0, 0, cfa.width, cfa.height};
     if (rect.x >= cfa.width || rect.y >= cfa.height)
         throw DataError("--rect " + a.Get("rect") + " lies outside the " + SizeText(cfa.width, cfa.height) + " image");
@@ -190,7 +210,7 @@ int RunConvert(int argc, char** argv, int first) {
         if (a.Has("size")) throw UsageError("--size is for raw YUV input (--from); an image file records its size");
         Image rgb = ReadInput(in);
         if (rgb.depth != 8)
-            throw DataError(in + ": convert takes 8-bit images, this one is 16-bit (reduce it first with "
+            throw DataError(DisplayName(in) + ": convert takes 8-bit images, this one is 16-bit (reduce it first with "
                                  "'zilcc dither IN OUT --levels 256 --method none')");
         if (rgb.channels == 1) {  // grey: the same value in R, G and B
             Image c;
@@ -201,6 +221,7 @@ int RunConvert(int argc, char** argv, int first) {
             rgb = std::move(c);
         }
         YuvFrameBytes(fmt, rgb.width, rgb.height);  // refuses extents the layout cannot hold
+        WarnRawOutputName(out, "raw " + Upper(YuvInfo(fmt).name) + " data");
         Progress progress("convert", rgb.height);
         const std::vector<uint8_t> yuv = RgbToYuv(rgb, fmt, bandRows, &progress);
         progress.Finish();
@@ -211,13 +232,14 @@ int RunConvert(int argc, char** argv, int first) {
         ParseSize("size", a.Get("size"), &w, &h);
         CheckImageOutput(out, 3);
         const size_t need = YuvFrameBytes(fmt, w, h);
-        const std::vector<uint8_t> yuv = ReadFileBytes(in);
-        if (yuv.size() != need) {
-            std::string name = YuvInfo(fmt).name;
-            for (char& c : name) c = char(std::toupper(static_cast<unsigned char>(c)));
-            throw DataError(in + " has " + std::to_string(yuv.size()) + " bytes, but " + name + " at " +
-                            SizeText(w, h) + " needs " + std::to_string(need));
-        }
+        // At most one byte more than the layout needs is read: enough to tell
+        // a longer (or endless) input from one of the right length.
+        const std::vector<uint8_t> yuv = ReadFileBytes(in, need);
+        if (yuv.size() != need)
+            throw DataError(DisplayName(in) + (yuv.size() > need ? " has more than " + std::to_string(need) + " bytes"
+                                                                 : " has " + std::to_string(yuv.size()) + " bytes") +
+                            ", but " + Upper(YuvInfo(fmt).name) + " at " + SizeText(w, h) + " needs " +
+                            std::to_string(need));
         Progress progress("convert", h);
         const Image rgb = YuvToRgb(yuv, w, h, fmt, bandRows, &progress);
         progress.Finish();
@@ -241,14 +263,14 @@ int RunDither(int argc, char** argv, int first) {
         for (const char* o : {"levels", "noise", "out-bits"})
             if (a.Has(o)) throw UsageError(std::string("--") + o + " does not go with --bits 1");
         const bool stucki = ParseChoice("method", a.Get("method"), {"threshold", "stucki"}) == 1;
-        const long long t = a.Has("threshold") ? ParseInt("threshold", a.Get("threshold")) : 127;
-        if (t < 0 || t > 255) throw UsageError("--threshold wants 0..255, not " + a.Get("threshold"));
+        const long long t = a.Has("threshold") ? ParseIntIn("threshold", a.Get("threshold"), 0, 255) : 127;
         const OutFormat f = OutputFormatFor(out);
-        if (f != OutFormat::Pbm && f != OutFormat::Png) throw UsageError("'" + out + "': a one-bit image goes to .pbm or .png");
+        if (f != OutFormat::Pbm && f != OutFormat::Png && f != OutFormat::Pnm)
+            throw UsageError("'" + out + "': a one-bit image goes to .pbm, .pnm or .png");
         if (!kHaveReduce1u) NotAvailable("one-bit reduction");
         const Image grey = ReadInput(in);
         if (grey.channels != 1 || grey.depth != 8)
-            throw DataError(in + ": --bits 1 takes an 8-bit grey image, this one is " +
+            throw DataError(DisplayName(in) + ": --bits 1 takes an 8-bit grey image, this one is " +
                             (grey.channels == 3 ? std::string("RGB") : std::string("16-bit")));
         size_t step = 0;
         Progress progress("dither", grey.height);
@@ -258,17 +280,20 @@ int RunDither(int argc, char** argv, int first) {
         return 0;
     }
     if (a.Has("threshold")) throw UsageError("--threshold goes with --bits 1");
-    const long long levels = ParseInt("levels", a.Get("levels"));
     static const ZilDither kDither[] = {zilDitherNone, zilDitherFloydSteinberg, zilDitherJarvisJudiceNinke,
                                         zilDitherStucki, zilDitherBayer};
     const ZilDither dither = kDither[ParseChoice("method", a.Get("method"), {"none", "fs", "jjn", "stucki", "bayer"})];
-    const long long noise = a.Has("noise") ? ParseInt("noise", a.Get("noise")) : 0;
     int outBits = 8;
     if (a.Has("out-bits")) outBits = ParseChoice("out-bits", a.Get("out-bits"), {"8", "16"}) == 0 ? 8 : 16;
+    const int levels = int(ParseIntIn("levels", a.Get("levels"), 2, outBits == 8 ? 256 : 65536,
+                                       outBits == 8 ? " for 8-bit output" : " for 16-bit output"));
+    if (a.Has("noise") && dither == zilDitherNone)
+        throw UsageError("--noise goes with a dithering method, not with --method none");
+    const int noise = a.Has("noise") ? int(ParseIntIn("noise", a.Get("noise"), 0, 100, " percent")) : 0;
     OutputFormatFor(out);
     if (!kHaveReduce) NotAvailable("bit-depth reduction");
     const Image src = ReadInput(in);
-    if (src.depth == 8 && outBits == 16) throw DataError(in + ": --out-bits 16 needs a 16-bit image, this one is 8-bit");
+    if (src.depth == 8 && outBits == 16) throw DataError(DisplayName(in) + ": --out-bits 16 needs a 16-bit image, this one is 8-bit");
     CheckImageOutput(out, src.channels);
     Progress progress("dither", src.height);
     const Image img = Reduce(src, int(levels), dither, int(noise), outBits, bandRows, &progress);

@@ -35,6 +35,11 @@ ZilStatus CheckStatus(ZilStatus s, const char* fn, const std::string& context) {
 }
 
 void Image::Allocate(int w, int h, int ch, int bits) {
+    Reserve(w, h, ch, bits);
+    data.resize(TotalBytes(), 0);
+}
+
+void Image::Reserve(int w, int h, int ch, int bits) {
     if (w < 1 || h < 1) throw DataError("image size " + SizeText(w, h) + " is empty");
     const uint64_t row = uint64_t(w) * uint64_t(ch) * (bits == 32 ? 4u : bits == 16 ? 2u : 1u);
     if (row > 0x7fffffffu) throw DataError("image rows of " + std::to_string(w) + " pixels are too wide");
@@ -50,7 +55,8 @@ void Image::Allocate(int w, int h, int ch, int bits) {
     height = h;
     channels = ch;
     depth = bits;
-    data.assign(size_t(total), 0);
+    maxval = 0;
+    data.clear();  // grown by the reader as samples arrive (doubling, so no up-front touch of memory)
 }
 
 std::string SizeText(int w, int h) { return std::to_string(w) + "x" + std::to_string(h); }

@@ -35,7 +35,12 @@ struct Image {
     int height = 0;
     int channels = 0;
     int depth = 8;
+    // 0: samples span the depth's full range. Otherwise their largest value,
+    // as a PNM file's maximum value (kept only where a caller asks for it).
+    int maxval = 0;
     std::vector<uint8_t> data;
+
+    int MaxValue() const { return maxval ? maxval : depth == 16 ? 65535 : depth == 8 ? 255 : 1; }
 
     size_t SampleBytes() const { return depth == 32 ? 4 : depth == 16 ? 2 : 1; }
     size_t RowBytes() const { return size_t(width) * size_t(channels) * SampleBytes(); }
@@ -50,6 +55,11 @@ struct Image {
     // Allocates zeroed samples; throws DataError when the extent is absurd or a
     // row would not fit a 32-bit step.
     void Allocate(int w, int h, int ch, int bits);
+    // The same checks and fields, but `data` stays empty: a reader grows it as
+    // samples arrive, so a header that claims a huge extent costs no memory
+    // until its data is there.
+    void Reserve(int w, int h, int ch, int bits);
+    size_t TotalBytes() const { return RowBytes() * size_t(height); }
 };
 
 std::string SizeText(int w, int h);

@@ -35,7 +35,8 @@ const char kDemoHelp[] =
     "and prints a summary. Families the library lacks are left out.\n"
     "\n"
     "  --out DIR     output folder (default zilcc-demo), created if needed\n"
-    "  --size WxH    scene size, even, at least 16x16 (default 640x480)\n";
+    "  --size WxH    scene size, even, from 16x16 to 16384x16384 (default\n"
+    "                640x480); a progress bar shows on a terminal\n";
 
 constexpr int kNoise = 25;  // percent, for the dithers "with noise"
 
@@ -87,15 +88,20 @@ Image Zoom(const Image& src, Crop c, int factor = 4) {
 
 class Demo {
 public:
-    Demo(std::string dir, int w, int h) : dir_(std::move(dir)), w_(w), h_(h) {}
+    Demo(std::string dir, int w, int h)
+        : dir_(std::move(dir)), w_(w), h_(h), progress_("demo", kBuiltInFiles + 4 * int64_t(DemoSections().size())) {}
     int Run();
 
 private:
     std::string Write(const std::string& name, const Image& img) {
         WriteImage(dir_ + "/" + name, img, 3);
-        ++files_;
+        Wrote();
         return name;
     }
+    // The bar advances by files written: each follows a step of the library's
+    // work, so it moves with the work on scenes of any size.
+    void Wrote() { progress_.Update(++files_); }
+    static constexpr int kBuiltInFiles = 60;  // of the built-in sections, with every family present
     void Scene();
     void Demosaicing();
     void Yuv();
@@ -111,6 +117,7 @@ private:
     Crop crop_{};
     std::vector<Section> sections_;
     std::ostringstream summary_;
+    Progress progress_;
 };
 
 void Demo::Scene() {
@@ -260,7 +267,7 @@ void Demo::Reduction() {
             const double ms = BestMs([&] { bits = ReduceToBits(luma_, stucki, 127, 0, &step, nullptr); });
             const std::string name = stucki ? "bits1-stucki.png" : "bits1-threshold.png";
             WriteBitmap(dir_ + "/" + name, w_, h_, bits, step);
-            ++files_;
+            Wrote();
             s.figures.push_back({name, stucki ? "one bit, Stucki diffusion" : "one bit, threshold 127",
                                  "from the Y plane; " + Fmt("%.2f", ms / mp_) + " ms/MP"});
         }
@@ -273,7 +280,7 @@ void Demo::Registered() {
                 [this](const std::string& name, const Image& img) { return Write(name, img); },
                 [this](const std::string& name, const std::vector<uint8_t>& bytes) {
                     WriteBytes(dir_ + "/" + name, bytes);
-                    ++files_;
+                    Wrote();
                     return name;
                 },
                 [this](DemoSection&& s) { sections_.push_back(std::move(s)); }};
@@ -315,6 +322,7 @@ int Demo::Run() {
     Reduction();
     Registered();
     WriteIndex();
+    progress_.Finish();
     const double secs = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
     std::printf("zilcc demo: %s scene, %d files in %s/ (%.1f s); open %s/index.html\n\n%s", SizeText(w_, h_).c_str(),
                 files_, dir_.c_str(), secs, dir_.c_str(), summary_.str().c_str());

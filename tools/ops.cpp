@@ -54,8 +54,8 @@ ZilStatus CallAhd(const uint16_t* s, ZilRect r, ZilSize sz, int ss, uint16_t* d,
 constexpr int kBandMargin = 6;
 
 template <class T>
-void DemosaicT(const Image& cfa, ZilBayerGrid grid, DemosaicMethod method, Rect r, int bandRows, Image& out,
-               Progress* progress) {
+void DemosaicT(const Image& cfa, const uint8_t* plane, ZilBayerGrid grid, DemosaicMethod method, Rect r, int bandRows,
+               Image& out, Progress* progress) {
     const int W = cfa.width, H = cfa.height;
     // Work area of the adaptive method: 30 lines of at least w + 8 samples.
     std::vector<uint8_t> work;
@@ -70,7 +70,7 @@ void DemosaicT(const Image& cfa, ZilBayerGrid grid, DemosaicMethod method, Rect 
         const int y0 = r.y + by;
         const int s0 = std::max(0, y0 - kBandMargin) & ~1;
         const int s1 = std::min(H, y0 + bh + kBandMargin);
-        const T* sub = reinterpret_cast<const T*>(cfa.Row(s0));
+        const T* sub = reinterpret_cast<const T*>(plane + size_t(s0) * cfa.RowBytes());
         const ZilSize subSize{W, s1 - s0};
         const ZilRect rect{r.x, y0 - s0, r.w, bh};
         T* dst = At<T>(out, 0, by);
@@ -98,17 +98,53 @@ void DemosaicT(const Image& cfa, ZilBayerGrid grid, DemosaicMethod method, Rect 
 
 }  // namespace
 
+// The adaptive method, on an image 5 samples wide or high, folds a coordinate
+// to one place outside the image (column or row -1 or 5) and reads the sample
+// there. Such an image is copied into a plane with a row and a sample to spare
+// on each side, so that the read stays inside memory of the tool's own.
+namespace {
+Image PadForAhd(const Image& cfa, size_t* offset) {
+    Image p;
+    p.Allocate(cfa.width, cfa.height + 4, 1, cfa.depth);
+    *offset = 2 * cfa.RowBytes();
+    std::copy(cfa.data.begin(), cfa.data.end(), p.data.begin() + std::ptrdiff_t(*offset));
+    return p;
+}
+}  // namespace
+
 Image Demosaic(const Image& cfa, ZilBayerGrid grid, DemosaicMethod method, Rect rect, int bandRows,
                Progress* progress) {
     if (method == DemosaicMethod::Gradient && !kHaveCfa) NotAvailable("the gradient demosaicing method");
     if (method == DemosaicMethod::Ahd && !kHaveAhd) NotAvailable("the AHD demosaicing method");
-    Image out;
-    out.Allocate(rect.w, rect.h, 3, cfa.depth);
+    // A region is computed with a margin of up to kRegionMargin samples (an
+    // even number, so the pattern keeps its phase) on every side that is not
+    // the image's edge, and cut out afterwards: a pixel then sees the same
+    // neighbourhood as in a whole-image call, whatever the method's reach.
+    constexpr int kRegionMargin = 8;
+    const int x0 = std::max(0, rect.x - kRegionMargin) & ~1, y0 = std::max(0, rect.y - kRegionMargin) & ~1;
+    const int x1 = std::min(cfa.width, rect.x + rect.w + kRegionMargin);
+    const int y1 = std::min(cfa.height, rect.y + rect.h + kRegionMargin);
+    const Rect work{x0, y0, x1 - x0, y1 - y0};
+    Image padded;
+    size_t offset = 0;
+    const bool pad = method == DemosaicMethod::Ahd && (cfa.width == 5 || cfa.height == 5);
+    if (pad) padded = PadForAhd(cfa, &offset);
+    const Image& src = pad ? padded : cfa;
+    Image full;
+    full.Allocate(work.w, work.h, 3, cfa.depth);
     if (bandRows < 1) bandRows = BandRows(cfa.RowBytes(), 2);
     if (cfa.depth == 16)
-        DemosaicT<uint16_t>(cfa, grid, method, rect, bandRows, out, progress);
+        DemosaicT<uint16_t>(cfa, src.data.data() + offset, grid, method, work, bandRows, full, progress);
     else
-        DemosaicT<uint8_t>(cfa, grid, method, rect, bandRows, out, progress);
+        DemosaicT<uint8_t>(cfa, src.data.data() + offset, grid, method, work, bandRows, full, progress);
+    full.maxval = cfa.maxval;
+    if (work.x == rect.x && work.y == rect.y && work.w == rect.w && work.h == rect.h) return full;
+    Image out;
+    out.Allocate(rect.w, rect.h, 3, cfa.depth);
+    out.maxval = cfa.maxval;
+    const size_t px = 3 * out.SampleBytes();
+    for (int y = 0; y < rect.h; ++y)
+        std::copy_n(full.Row(rect.y - work.y + y) + size_t(rect.x - work.x) * px, out.RowBytes(), out.Row(y));
     return out;
 }
 
@@ -135,7 +171,9 @@ Image Mosaic(const Image& rgb, ZilBayerGrid grid) {
 
 // ---------------------------------------------------------------------------
 // RGB <-> YUV. Raw frames are dense: planes one after another, chroma planes
-// of 4:2:2 (w+1)/2 wide, of 4:2:0 w/2 by h/2; packed 4:2:2 rows are 2w bytes.
+// of 4:2:2 (w+1)/2 wide, of 4:2:0 w/2 by h/2; packed 4:2:2 rows hold whole
+// cells, 4 * ceil(w/2) bytes: at an odd width the last pixel is repeated to
+// fill its cell, as video files lay it out.
 const std::vector<YuvFormatInfo>& YuvFormats() {
     static const std::vector<YuvFormatInfo> kFormats = {
         {YuvFormat::I420, "i420", "4:2:0, three planes Y, U, V", true, true},
@@ -168,7 +206,7 @@ Planes PlaneGeometry(YuvFormat f, int w, int h) {
         case YuvFormat::YUV422P: return {W * H, (W + 1) / 2, H};
         case YuvFormat::YUV444P: return {W * H, W, H};
         case YuvFormat::YUY2:
-        case YuvFormat::UYVY: return {2 * W * H, 0, 0};
+        case YuvFormat::UYVY: return {4 * ((W + 1) / 2) * H, 0, 0};
     }
     return {0, 0, 0};
 }
@@ -208,7 +246,7 @@ std::vector<uint8_t> RgbToYuv(const Image& rgb, YuvFormat f, int bandRows, Progr
     if (bandRows < 1) bandRows = BandRows(rgb.RowBytes(), 2);
     bandRows += bandRows & 1;
     // NV12 goes through I420 planes of one band, then interleaves the chroma.
-    std::vector<uint8_t> u2, v2;
+    std::vector<uint8_t> u2, v2, t;
     for (int by = 0; by < h; by += bandRows) {
         const int bh = std::min(bandRows, h - by);
         const ZilSize sz{w, bh};
@@ -228,9 +266,22 @@ std::vector<uint8_t> RgbToYuv(const Image& rgb, YuvFormat f, int bandRows, Progr
             }
             case YuvFormat::YUY2:
             case YuvFormat::UYVY: {
-                uint8_t* d = Y + yr * 2 * w;
-                CheckStatus(ziliRGBToYUV422_8u_C3C2R(src, rgb.Step(), d, 2 * w, sz), "ziliRGBToYUV422_8u_C3C2R");
-                if (f == YuvFormat::UYVY) SwapPairs(d, size_t(2) * w * bh);
+                const int cw = (w + 1) & ~1;  // whole cells
+                uint8_t* d = Y + yr * 2 * size_t(cw);
+                const uint8_t* s = src;
+                int ss = rgb.Step();
+                if (cw != w) {  // the band with its last pixel repeated
+                    t.resize(size_t(cw) * 3 * size_t(bh));
+                    for (int y = 0; y < bh; ++y) {
+                        uint8_t* r = t.data() + size_t(y) * 3 * size_t(cw);
+                        std::copy_n(rgb.Row(by + y), size_t(w) * 3, r);
+                        std::copy_n(r + size_t(w - 1) * 3, 3, r + size_t(w) * 3);
+                    }
+                    s = t.data();
+                    ss = 3 * cw;
+                }
+                CheckStatus(ziliRGBToYUV422_8u_C3C2R(s, ss, d, 2 * cw, ZilSize{cw, bh}), "ziliRGBToYUV422_8u_C3C2R");
+                if (f == YuvFormat::UYVY) SwapPairs(d, size_t(2) * cw * bh);
                 break;
             }
             case YuvFormat::I420: {
@@ -291,13 +342,23 @@ Image YuvToRgb(const std::vector<uint8_t>& yuv, int w, int h, YuvFormat f, int b
             }
             case YuvFormat::YUY2:
             case YuvFormat::UYVY: {
-                const uint8_t* s = Y + yr * 2 * w;
+                const int cw = (w + 1) & ~1;  // whole cells; at an odd width the last pixel is dropped
+                const uint8_t* s = Y + yr * 2 * size_t(cw);
                 if (f == YuvFormat::UYVY) {
-                    t1.assign(s, s + size_t(2) * w * bh);
+                    t1.assign(s, s + size_t(2) * cw * bh);
                     SwapPairs(t1.data(), t1.size());
                     s = t1.data();
                 }
-                CheckStatus(ziliYUV422ToRGB_8u_C2C3R(s, 2 * w, dst, out.Step(), sz), "ziliYUV422ToRGB_8u_C2C3R");
+                uint8_t* d = dst;
+                int ds = out.Step();
+                if (cw != w) {
+                    t2.resize(size_t(cw) * 3 * size_t(bh));
+                    d = t2.data();
+                    ds = 3 * cw;
+                }
+                CheckStatus(ziliYUV422ToRGB_8u_C2C3R(s, 2 * cw, d, ds, ZilSize{cw, bh}), "ziliYUV422ToRGB_8u_C2C3R");
+                if (cw != w)
+                    for (int y = 0; y < bh; ++y) std::copy_n(t2.data() + size_t(y) * 3 * size_t(cw), size_t(w) * 3, out.Row(by + y));
                 break;
             }
             case YuvFormat::I420: {
@@ -343,26 +404,64 @@ ZilStatus CallReduce(const Image& s, Image& d, int y0, int rows, int noise, ZilD
         return fn(reinterpret_cast<const ST*>(s.Row(y0)), s.Step(), reinterpret_cast<DT*>(d.Row(y0)), d.Step(), \
                   sz, noise, dither, levels, buf);                                                           \
     } while (0)
-    if (s.depth == 8) {
-        if (s.channels == 1) ZIL_TOOL_REDUCE(ziliReduceBits_8u_C1R, uint8_t, uint8_t);
-        ZIL_TOOL_REDUCE(ziliReduceBits_8u_C3R, uint8_t, uint8_t);
-    }
-    if (d.depth == 8) {
-        if (s.channels == 1) ZIL_TOOL_REDUCE(ziliReduceBits_16u8u_C1R, uint16_t, uint8_t);
-        ZIL_TOOL_REDUCE(ziliReduceBits_16u8u_C3R, uint16_t, uint8_t);
+    if (s.depth == 32) {
+        if (s.channels == 1) ZIL_TOOL_REDUCE(ziliReduceBits_32f8u_C1R, float, uint8_t);
+        ZIL_TOOL_REDUCE(ziliReduceBits_32f8u_C3R, float, uint8_t);
     }
     if (s.channels == 1) ZIL_TOOL_REDUCE(ziliReduceBits_16u_C1R, uint16_t, uint16_t);
     ZIL_TOOL_REDUCE(ziliReduceBits_16u_C3R, uint16_t, uint16_t);
 #undef ZIL_TOOL_REDUCE
 }
 
+// 8-bit output goes through the float-to-8-bit pair, whose levels are
+// trunc(k / L * 255 + 0.5) for every method. (The 8-bit pair's dithering forms
+// derive their levels from a truncated multiplier, so their top level can be
+// 254 or wrap; the 16-to-8-bit pair's dithering forms truncate a 16-bit level
+// to its high byte where its plain form rounds.) The value s / 255 (or
+// s / 65535) is the one those pairs' plain forms work on.
+uint32_t Sample(const Image& img, size_t i) {
+    return img.depth == 16 ? reinterpret_cast<const uint16_t*>(img.data.data())[i] : img.data[i];
+}
+
+Image ToUnitFloat(const Image& src) {
+    Image f;
+    f.Allocate(src.width, src.height, src.channels, 32);
+    auto* p = reinterpret_cast<float*>(f.data.data());
+    const float top = src.depth == 16 ? 65535.0f : 255.0f;
+    for (size_t i = 0; i < size_t(src.width) * src.height * src.channels; ++i) p[i] = float(Sample(src, i)) / top;
+    return f;
+}
+
+// A stored float product can land a tie on either side (k / L * 255 = m + 1/2
+// gives m or m + 1 by method), so each byte is put back on its level's exact
+// value trunc(k * 255 / L + 1/2), with k recovered by rounding o * L / 255,
+// which is exact for levels at least one apart. The ordered dither lifts an
+// element whose remainder exceeds its threshold, and at white the remainder
+// 1 - L * (1 / L) can be a rounding error above a threshold of 0 (or noise
+// makes the threshold negative): white would go past the top level and wrap.
+// Only a white source is at the top level, so white is kept white.
+void SnapLevels(const Image& src, Image& out, int levels, bool liftsPastTop) {
+    const uint32_t L = uint32_t(levels - 1);
+    uint8_t lut[256];
+    for (uint32_t o = 0; o < 256; ++o) {
+        const uint32_t k = std::min((o * 2 * L + 255) / 510, L);
+        lut[o] = uint8_t((k * 510 + L) / (2 * L));
+    }
+    const uint32_t white = src.depth == 16 ? 65535 : 255;
+    for (size_t i = 0; i < out.data.size(); ++i)
+        out.data[i] = liftsPastTop && Sample(src, i) == white ? 255 : lut[out.data[i]];
+}
+
 }  // namespace
 #endif
 
-Image Reduce(const Image& src, int levels, ZilDither dither, int noise, int outBits, int bandRows,
+Image Reduce(const Image& src8or16, int levels, ZilDither dither, int noise, int outBits, int bandRows,
              Progress* progress) {
 #if defined(ZIL_HAVE_REDUCE)
-    if (src.depth == 8) outBits = 8;
+    if (src8or16.depth == 8) outBits = 8;
+    const bool eight = outBits == 8;
+    const Image unit = eight ? ToUnitFloat(src8or16) : Image();
+    const Image& src = eight ? unit : src8or16;
     Image out;
     out.Allocate(src.width, src.height, src.channels, outBits);
     const ZilSize whole{src.width, src.height};
@@ -380,9 +479,10 @@ Image Reduce(const Image& src, int levels, ZilDither dither, int noise, int outB
         CheckStatus(s, name);
         if (progress) progress->Update(by + bh);
     }
+    if (eight) SnapLevels(src8or16, out, levels, dither == zilDitherBayer);
     return out;
 #else
-    (void)src, (void)levels, (void)dither, (void)noise, (void)outBits, (void)bandRows, (void)progress;
+    (void)src8or16, (void)levels, (void)dither, (void)noise, (void)outBits, (void)bandRows, (void)progress;
     NotAvailable("bit-depth reduction");
 #endif
 }
