@@ -80,7 +80,9 @@ __attribute__((noinline)) void CellRow(const uint8_t* __restrict sy, const uint8
     uint8_t* const Cr = D.kind == Pk::C2 ? dy : D.kind == Pk::P2 ? db : dr;
     for (int u = 0; u < units; ++u) {
         if constexpr (!R.lumaByCopy)
+#pragma GCC unroll 4
             for (int p = 0; p < U; ++p) dy[(u * U + p) * dys + dyo] = sy[(u * U + p) * sys + syo];
+#pragma GCC unroll 2
         for (int k = 0; k < ND; ++k) {
             const uint8_t* bs = pair && k ? b1 : b0;
             const uint8_t* rs = pair && k ? r1 : r0;
