@@ -728,6 +728,154 @@ ZilStatus ziliRGBToYCbCr420_HDTV709r6_8u_C3P2R_L(const uint8_t* src, int64_t src
 /* (end of Subsampled YCbCr and BT.709) */
 
 /* ---- Chroma reformatting, filters and interlace ---------------------------------------------------------- */
+/* Reformat matrix: 8-bit YCbCr between samplings and layouts, no colour
+ * arithmetic. Luma always moves unchanged.
+ *   P3  planes Y, Cb, Cr (Y, Cr, Cb under a YCrCb name), an array of 3 steps.
+ *   P2  a luma plane and a plane of chroma pairs (Cb Cr; Cr Cb for a YCrCb
+ *       destination), each with its own pointer and step, luma first.
+ *   C2  packed pairs: YCbCr422 Y0 Cb Y1 Cr, YCrCb422 Y0 Cr Y1 Cb, CbYCr422
+ *       Cb Y0 Cr Y1.
+ *   Chroma planes: 4:2:2 w/2 x h, 4:2:0 w/2 x h/2, 4:1:1 w/4 x h,
+ *   1620 w/4 x h/4 (a 4x4 block per sample).
+ * Working extent: width rounded down to even (to a multiple of 4 where a
+ * 4:1:1 side is involved), height rounded down to even where a 4:2:0 side is;
+ * the rest of the destination is not touched. No warning status is returned.
+ * Checks: every pointer (a plane array, then its entries) gives
+ * zilStatusNullPointer before any size check; then zilStatusBadSize by the
+ * rule of the group. Steps are not tested. */
+/* Same sampling, relayout only. 4:2:2 both sides: width < 2 or height < 1
+ * fails, except the two YCbCr-to-YCrCb422 members, where width < 2 fails and a
+ * height below 1 returns zilStatusOk doing nothing. 4:2:0: width or height
+ * < 2 fails. 4:1:1: width < 4 fails, height below 1 returns zilStatusOk.
+ * ziliYCbCr422_8u_C2P3R also tests dstStep for null. */
+ZilStatus ziliYCbCr422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToCbYCr422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToCbYCr422_8u_C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr422_8u_C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr422_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCrCb422_8u_C2R(const uint8_t* src, int srcStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCrCb422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb422ToYCbCr422_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* ziliYCrCb420ToYCbCr420_8u_P3P2R swaps: plane 2 (Cb) gives the first byte of a pair. */
+ZilStatus ziliYCbCr420_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCrCb420ToYCbCr420_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+/* Does NOT swap: first byte of each pair to dst[1], second to dst[2], as
+ * ziliYCbCr420_8u_P2P3R; so it is no inverse of ziliYCrCb420ToYCbCr420_8u_P3P2R.
+ * Own order: srcY, srcCbCr, dst null; width or height < 1; dst[0..2] null;
+ * width or height < 2. */
+ZilStatus ziliYCbCr420ToYCrCb420_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+/* The dst array itself is not tested (must not be null), only its entries. */
+ZilStatus ziliYCbCr411_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* 4:2:2 to 4:2:0 dropping rows: chroma row i is source row 2i, odd rows are
+ * not read (a packed source gives only luma there). Width or height < 2 fails. */
+ZilStatus ziliYCbCr422ToYCbCr420_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCbCr420_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCbCr420_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCbCr420_8u_C2P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCrCb420_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCrCb420_8u_C2P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr420_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr420_8u_C2P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCrCb420_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCrCb422ToYCbCr420_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* 4:2:0 to 4:2:2 repeating rows: source chroma row i goes to rows 2i and
+ * 2i+1. Width or height < 2 fails. */
+ZilStatus ziliYCbCr420ToYCbCr422_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToYCbCr422_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToYCbCr422_8u_P2C2R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420ToCbYCr422_8u_P2C2R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb420ToYCbCr422_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCrCb420ToYCbCr422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCrCb420ToCbYCr422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+/* 4:2:2 to 4:1:1 dropping columns: sample j is source sample 2j, nothing
+ * averaged. Width < 4 fails; a height below 1 returns zilStatusOk, except in
+ * ziliYCbCr422ToYCbCr411_8u_C2P3R, where it fails. */
+ZilStatus ziliYCbCr422ToYCbCr411_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCbCr411_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCbCr411_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr422ToYCbCr411_8u_C2P2R(const uint8_t* src, int srcStep, uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCrCb422ToYCbCr411_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr411_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* 4:1:1 to 4:2:2 repeating columns: sample j becomes samples 2j and 2j+1.
+ * Width < 4 fails; a height below 1 returns zilStatusOk. In the P2P3R form the
+ * dst array itself is not tested, only its entries. */
+ZilStatus ziliYCbCr411ToYCbCr422_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCbCr422_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCbCr422_8u_P2C2R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCbCr422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCrCb422_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCrCb422_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+/* 4:1:1 and 4:2:0 exchanged without loss: 420 row i, samples 2j and 2j+1 are
+ * 411 rows 2i and 2i+1, sample j (and back). Width < 4 or height < 2 fails.
+ * In the P2P3R forms from 4:1:1 the dst array itself is not tested. */
+ZilStatus ziliYCbCr411ToYCbCr420_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCbCr420_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCbCr420_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr411ToYCrCb420_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToYCbCr411_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+ZilStatus ziliYCbCr420ToYCbCr411_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCrCb420ToYCbCr411_8u_P3P2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dstY, int dstYStep, uint8_t* dstCbCr, int dstCbCrStep, ZilSize roiSize);
+/* Interpolating. Width and height must be multiples of 4 (at least 4), for
+ * 420To411 width a multiple of 4 and height even (at least 2); otherwise
+ * zilStatusBadSize. Luma is copied.
+ * 411To420: even source rows; sample 2j = c[j], 2j+1 = (c[j] + c[j+1]) >> 1,
+ * the last source sample repeated.
+ * 420To411: even source columns; row 2i = c[i], row 2i+1 = (c[i] + c[i+1]) >> 1,
+ * the last source row repeated.
+ * 420To1620: every second sample of every second row.
+ * 1620To420: 2x2 stencil; interior Cb rounds ((a+b+1)>>1, (a+b+c+d+2)>>2),
+ * Cr truncates; the last column and row repeat a and never round. */
+ZilStatus ziliYCbCr411To420_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420To411_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420To1620_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr1620To420_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* Filtered 4:2:0 upsampling.
+ * Slice filters with a layout: 1 top slice (from the image's first row; the
+ * region's last two rows are left for the next call), 4 middle slice, 16 bottom
+ * slice (finishes the image's last rows), any value with bits 1, 4 and 16 all
+ * set (e.g. 21) the whole image; any other value does nothing and returns
+ * zilStatusOk. A middle or bottom slice reads from two luma rows and one chroma
+ * row above its base and writes from two output rows above it: the caller
+ * keeps those rows of the previous slice at hand. Luma is filtered vertically
+ * 1:2:1 and chroma averaged from the two nearest rows; which rows round
+ * depends on the mode. Width and height are rounded down to even.
+ * ziliYCbCr420ToYCbCr422_Filter_8u_P2C2R (output Y0 Cb Y1 Cr): null pointers;
+ * width or height < 2 fails.
+ * ziliYCbCr420ToYCrCb420_Filter_8u_P2P3R: pairs split without a swap (first
+ * byte to dst[1]); srcY, srcCbCr, dst null; width or height < 1; dst[0..2]
+ * null; width < 2 or even height < 2. Except in the top slice, dst[1] rows
+ * advance by dstStep[2] and dst[2] rows by dstStep[1]. */
+ZilStatus ziliYCbCr420ToYCrCb420_Filter_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize, uint32_t layout);
+ZilStatus ziliYCbCr420ToYCbCr422_Filter_8u_P2C2R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* dst, int dstStep, ZilSize roiSize, uint32_t layout);
+/* Four-tap interpolation: luma copied, even chroma rows copied, odd chroma rows
+ * (-1, 9, 9, -1) / 16 over the even rows, the nearest even row standing in at
+ * the borders, limited to 0..255. Width rounded down to even, height to a
+ * multiple of 8; rows from there on are not touched. Null pointers (arrays,
+ * then entries); width < 2 or height < 8 fails. The YCrCb form reads Y, Cr, Cb
+ * planes and writes Y, Cb, Cr. */
+ZilStatus ziliYCbCr420ToYCbCr422_Filter_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToYCbCr422_Filter_8u_P2P3R(const uint8_t* srcY, int srcYStep, const uint8_t* srcCbCr, int srcCbCrStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCrCb420ToYCbCr422_Filter_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+/* Planes Y, Cr, Cb (4:2:0) to B, G, R, alpha bytes; the right pixel of each
+ * 2x2 block takes chroma averaged with the next block's, the last block of a
+ * row its own. Blocks per row: width / 2 - 1, then the last block always, so
+ * width 1 writes two pixels. src and dst null; width or height < 1; plane
+ * entries null. Returns zilStatusOddSize when width or height is odd (an odd
+ * last row is not written). */
+ZilStatus ziliYCrCb420ToBGR_Filter_8u_P3C4R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize, uint8_t alpha);
+/* Interlaced 4:2:0 <-> 4:2:2: chroma rows of one field weighted together.
+ * 420 to 422: rows 0, 1 and the last two copied, the others 5:3, 7:1, 1:7,
+ * 3:5 (+4, >> 3). 422 to 420: (3 r0 + r2 + 2) >> 2 and (r1 + 3 r3 + 2) >> 2
+ * per group of four rows. Luma copied. Null pointers; width < 2 or height < 4
+ * fails. Width rounded down to even, height to a multiple of 4; then
+ * zilStatusOddSize if anything was left over. */
+ZilStatus ziliYCbCr420To422_Interlace_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const uint8_t* const src[3], const int srcStep[3], uint8_t* dst, int dstStep, ZilSize roiSize);
+ZilStatus ziliYCbCr422To420_Interlace_8u_P3R(const uint8_t* const src[3], const int srcStep[3], uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
+ZilStatus ziliCbYCr422ToYCbCr420_Interlace_8u_C2P3R(const uint8_t* src, int srcStep, uint8_t* const dst[3], const int dstStep[3], ZilSize roiSize);
 /* (end of Chroma reformatting, filters and interlace) */
 
 /* ---- XYZ, LUV, Lab and YCC ---------------------------------------------------------- */

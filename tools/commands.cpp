@@ -9,6 +9,7 @@
 #include "image_io.hpp"
 #include "ops.hpp"
 #include "progress.hpp"
+#include "reformat_ops.hpp"
 #include "registry.hpp"
 #include "ycbcr_tool.hpp"
 
@@ -65,6 +66,7 @@ const char kConvertHelp[] =
 // The colour spaces that families register, image file to image file.
 std::string ConvertHelp() {
     std::string h = kConvertHelp;
+    h += RawConvertHelp();
     const std::vector<SpaceDef> spaces = Spaces();
     if (spaces.empty()) return h;
     h += "\nSPACE (image file to image file: IN and OUT are .png/.pnm/.pfm; the space's\n"
@@ -192,9 +194,10 @@ int RunDemosaic(int argc, char** argv, int first) {
 
 int RunConvert(int argc, char** argv, int first) {
     const Args a = ParseArgs("convert", argc, argv, first,
-                             {{"to", true}, {"from", true}, {"size", true}, {"band-rows", true}, {"matrix", true}});
+                             {{"to", true}, {"from", true}, {"size", true}, {"band-rows", true}, {"matrix", true}, {"verbose", false}});
     if (Help(a, ConvertHelp().c_str())) return 0;
     RequirePositional(a, {"IN", "OUT"});
+    if (a.Has("to") && a.Has("from")) return ConvertRaw(a);  // raw layout to raw layout
     if (a.Has("to") == a.Has("from"))
         throw UsageError(a.Has("to") ? "give --to or --from, not both" : "missing option --to or --from (see zilcc convert --help)");
     std::vector<std::string> names;

@@ -36,6 +36,7 @@ int64_t Cols(uint8_t x, int64_t w, int64_t bitOffset) {
         case XAhd: v = w < 1 ? 0 : w + ((w & 1) ? 8 : 6); break;
         case XOne: v = 1; break;
         case XQuarter: v = w / 4; break;
+        case XEvenUp: v = w < 1 ? 0 : (w + 1) & ~int64_t(1); break;
     }
     return v < 0 ? 0 : v;
 }
@@ -49,6 +50,7 @@ int64_t Rows(uint8_t y, int64_t h) {
         case YEven: v = h & ~int64_t(1); break;
         case Y30: v = 30; break;
         case YOne: v = 1; break;
+        case YQuarter: v = h / 4; break;
     }
     return v < 0 ? 0 : v;
 }
@@ -256,8 +258,8 @@ void BuildImg(const Case& c, const Extents& e, int which, ImgBuf& out) {
         if (m.steps == StepDense) {
             step = DenseCols(pl.x, w) * pl.bpp;
             if (step < 0) step = 0;
-        } else if (m.steps == StepOne && i > 0) {
-            step = out.steps[0];
+        } else if ((m.steps == StepOne && i > 0) || (m.sharedStep && i == 2)) {
+            step = out.steps[m.sharedStep ? 1 : 0];
         } else {
             switch (mode) {
                 case ModeDense: step = B ? B : elem; break;
@@ -295,8 +297,13 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
     const uint8_t* roles = reinterpret_cast<const uint8_t*>(row.roles);
     // Plane arrays are copied, so that a shared source's buffers are only read.
     uint8_t* arrs[3][4];
+    int pairAt[2] = {0, 0}, pairStepAt[2] = {0, 0};  // next plane of a two-pointer image
     auto ptrOf = [&](int which, const ImgBuf& b) -> void* {
         const Img& m = ImgOf(row, which);
+        if (m.steps == StepPair) {
+            const int e = pairAt[which]++ & 1;
+            return c.nullTarget == 8 * which + e ? nullptr : b.arr[e];
+        }
         if (c.nullTarget == 8 * which + 7) return nullptr;
         if (m.planes <= 1) return b.arr[0];
         if (m.planes == 2) return c.nullTarget == 8 * which ? nullptr : b.arr[0];
@@ -304,7 +311,8 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
         return arrs[which];
     };
     auto stepOf = [&](int which, const ImgBuf& b, Slot& s) {
-        if (ImgOf(row, which).steps == StepArr && ImgOf(row, which).planes != 2) s.p = const_cast<int32_t*>(b.steps);
+        if (ImgOf(row, which).steps == StepPair) s.i = b.steps[pairStepAt[which]++ & 1];
+        else if (ImgOf(row, which).steps == StepArr && ImgOf(row, which).planes != 2) s.p = const_cast<int32_t*>(b.steps);
         else s.i = b.steps[0];
     };
     int reserved = 0;
@@ -337,6 +345,12 @@ ZilStatus Call(const Case& c, const ImgBuf& src, ImgBuf& dst, ImgBuf& work) {
             case 'E': s.i = c.reserved1 & 3; break;     // vMax 0..3: at times not above vMin
             case 'k': s.p = const_cast<float*>(GrayWeights<float>(c.alpha)); break;
             case 'K': s.p = const_cast<double*>(GrayWeights<double>(c.alpha)); break;
+            case 'y': {  // slice layout: whole image or values that do nothing (the slices
+                         // read and write rows outside the region by contract)
+                static const int64_t layouts[4] = {21, 0, 2, 17};
+                s.i = layouts[c.grid & 3];
+                break;
+            }
             default: std::fprintf(stderr, "%s: unknown role '%c'\n", row.name, roles[k]); std::abort();
         }
     }

@@ -26,14 +26,16 @@ enum XRule : uint8_t {
     XBits,   // bytes holding w bits from bit (offset & 7) on: one-bit destinations
     XAhd,    // w + 6 if w is even, w + 8 if odd: a line of the demosaicing work buffer
     XOne,    // one unit, whatever the extent
-    XQuarter // w / 4: 4:1:1 chroma
+    XQuarter,// w / 4: 4:1:1 and 1620 chroma
+    XEvenUp  // (w + 1) & ~1: a last block written whole
 };
 enum YRule : uint8_t {
     YH,      // h
     YHalf,   // h / 2
     YEven,   // h & ~1
     Y30,     // 30 lines
-    YOne     // one row
+    YOne,    // one row
+    YQuarter // h / 4
 };
 // Which extent an image follows.
 enum Ext : uint8_t {
@@ -47,6 +49,7 @@ enum Steps : uint8_t {
     StepArr,   // an int[3], one per plane
     StepDense, // no step: every plane dense, step = its own width in bytes
     StepNone,  // not an image (a work area or a result cell)
+    StepPair,  // two planes, each its own pointer and step argument ('s' 'S' twice)
 };
 
 struct Plane {
@@ -66,6 +69,7 @@ struct Img {
     bool isFloat;     // samples are 32-bit floats
     bool foldMargin;  // demosaicing source: one sample beyond the image on an axis of 5
     uint8_t lead;     // bytes before each row's start that the call may read
+    bool sharedStep;  // planes 1 and 2 take one step (a call that crosses the two)
     Plane p[4];
 };
 
@@ -150,7 +154,7 @@ ZilStatus InvokeVersion(const Slot*);
 //   a alpha            n noise            t dither          l levels
 //   o bit offset       x reserved int     h threshold       c channel code
 //   p result cell (int*), a destination of one int
-//   m the twist matrix   e E the gamma range vMin, vMax   k K gray weights (float, double)
+//   m the twist matrix   y the filter slice layout   e E the gamma range vMin, vMax   k K gray weights (float, double)
 struct Row {
     const char* name;
     ZilStatus (*call)(const Slot*);
@@ -400,7 +404,95 @@ inline constexpr Row kRows[] = {
 #undef ZS_422
     // (end of Subsampled YCbCr and BT.709)
 
-    // Chroma reformatting, filters and interlace
+    // Chroma reformatting, filters and interlace. P3 sides take an array of
+    // steps, P2 sides two pointer-and-step pairs (roles "sS" twice), C2 streams.
+#define ZRF_P3(c) Planes(3, StepArr, kFull, c, c)
+#define ZRF_422 ZRF_P3((Plane{1, XHalf, YH}))
+#define ZRF_420 ZRF_P3((Plane{1, XHalf, YHalf}))
+#define ZRF_411 ZRF_P3((Plane{1, XQuarter, YH}))
+#define ZRF_1620 ZRF_P3((Plane{1, XQuarter, YQuarter}))
+#define ZRF_NV420 Planes(2, StepPair, kFull, Plane{2, XHalf, YHalf}, Plane{}, Plane{}, 0x03)
+#define ZRF_NV411 Planes(2, StepPair, kFull, Plane{2, XQuarter, YH}, Plane{}, Plane{}, 0x03)
+#define ZRF_ENTRIES(m) Work(m, 0x07)  /* the plane array itself is not tested */
+#define ZRF(f, S, D) ZROW(f, "sSdDz", S, D, kNone)
+#define ZRF_FROM_P2(f, S, D) ZROW(f, "sSsSdDz", S, D, kNone)
+#define ZRF_TO_P2(f, S, D) ZROW(f, "sSdDdDz", S, D, kNone)
+    ZRF(ziliYCbCr422_8u_P3C2R, ZRF_422, kC2),
+    ZRF(ziliYCbCr422_8u_C2P3R, kC2, ZRF_422),
+    ZRF(ziliYCbCr422ToCbYCr422_8u_P3C2R, ZRF_422, kC2),
+    ZRF(ziliYCbCr422ToCbYCr422_8u_C2R, kC2, kC2),
+    ZRF(ziliCbYCr422ToYCbCr422_8u_C2R, kC2, kC2),
+    ZRF(ziliCbYCr422ToYCbCr422_8u_C2P3R, kC2, ZRF_422),
+    ZRF(ziliYCbCr422ToYCrCb422_8u_C2R, kC2, kC2),
+    ZRF(ziliYCbCr422ToYCrCb422_8u_P3C2R, ZRF_422, kC2),
+    ZRF(ziliYCrCb422ToYCbCr422_8u_C2P3R, kC2, ZRF_422),
+    ZRF_TO_P2(ziliYCbCr420_8u_P3P2R, ZRF_420, ZRF_NV420),
+    ZRF_FROM_P2(ziliYCbCr420_8u_P2P3R, ZRF_NV420, ZRF_420),
+    ZRF_TO_P2(ziliYCrCb420ToYCbCr420_8u_P3P2R, ZRF_420, ZRF_NV420),
+    ZRF_FROM_P2(ziliYCbCr420ToYCrCb420_8u_P2P3R, ZRF_NV420, ZRF_420),
+    ZRF_TO_P2(ziliYCbCr411_8u_P3P2R, ZRF_411, ZRF_NV411),
+    ZRF_FROM_P2(ziliYCbCr411_8u_P2P3R, ZRF_NV411, ZRF_ENTRIES(ZRF_411)),
+    ZRF(ziliYCbCr422ToYCbCr420_8u_P3R, ZRF_422, ZRF_420),
+    ZRF_TO_P2(ziliYCbCr422ToYCbCr420_8u_P3P2R, ZRF_422, ZRF_NV420),
+    ZRF(ziliYCbCr422ToYCbCr420_8u_C2P3R, kC2, ZRF_420),
+    ZRF_TO_P2(ziliYCbCr422ToYCbCr420_8u_C2P2R, kC2, ZRF_NV420),
+    ZRF(ziliYCbCr422ToYCrCb420_8u_C2P3R, kC2, ZRF_420),
+    ZRF_TO_P2(ziliYCbCr422ToYCrCb420_8u_C2P2R, kC2, ZRF_NV420),
+    ZRF(ziliCbYCr422ToYCbCr420_8u_C2P3R, kC2, ZRF_420),
+    ZRF_TO_P2(ziliCbYCr422ToYCbCr420_8u_C2P2R, kC2, ZRF_NV420),
+    ZRF(ziliCbYCr422ToYCrCb420_8u_C2P3R, kC2, ZRF_420),
+    ZRF(ziliYCrCb422ToYCbCr420_8u_C2P3R, kC2, ZRF_420),
+    ZRF(ziliYCbCr420ToYCbCr422_8u_P3R, ZRF_420, ZRF_422),
+    ZRF_FROM_P2(ziliYCbCr420ToYCbCr422_8u_P2P3R, ZRF_NV420, ZRF_422),
+    ZRF_FROM_P2(ziliYCbCr420ToYCbCr422_8u_P2C2R, ZRF_NV420, kC2),
+    ZRF_FROM_P2(ziliYCbCr420ToCbYCr422_8u_P2C2R, ZRF_NV420, kC2),
+    ZRF(ziliYCrCb420ToYCbCr422_8u_P3R, ZRF_420, ZRF_422),
+    ZRF(ziliYCrCb420ToYCbCr422_8u_P3C2R, ZRF_420, kC2),
+    ZRF(ziliYCrCb420ToCbYCr422_8u_P3C2R, ZRF_420, kC2),
+    ZRF(ziliYCbCr422ToYCbCr411_8u_P3R, ZRF_422, ZRF_411),
+    ZRF_TO_P2(ziliYCbCr422ToYCbCr411_8u_P3P2R, ZRF_422, ZRF_NV411),
+    ZRF(ziliYCbCr422ToYCbCr411_8u_C2P3R, kC2, ZRF_411),
+    ZRF_TO_P2(ziliYCbCr422ToYCbCr411_8u_C2P2R, kC2, ZRF_NV411),
+    ZRF(ziliYCrCb422ToYCbCr411_8u_C2P3R, kC2, ZRF_411),
+    ZRF(ziliCbYCr422ToYCbCr411_8u_C2P3R, kC2, ZRF_411),
+    ZRF(ziliYCbCr411ToYCbCr422_8u_P3R, ZRF_411, ZRF_422),
+    ZRF_FROM_P2(ziliYCbCr411ToYCbCr422_8u_P2P3R, ZRF_NV411, ZRF_ENTRIES(ZRF_422)),
+    ZRF_FROM_P2(ziliYCbCr411ToYCbCr422_8u_P2C2R, ZRF_NV411, kC2),
+    ZRF(ziliYCbCr411ToYCbCr422_8u_P3C2R, ZRF_411, kC2),
+    ZRF(ziliYCbCr411ToYCrCb422_8u_P3R, ZRF_411, ZRF_422),
+    ZRF(ziliYCbCr411ToYCrCb422_8u_P3C2R, ZRF_411, kC2),
+    ZRF(ziliYCbCr411ToYCbCr420_8u_P3R, ZRF_411, ZRF_420),
+    ZRF_TO_P2(ziliYCbCr411ToYCbCr420_8u_P3P2R, ZRF_411, ZRF_NV420),
+    ZRF_FROM_P2(ziliYCbCr411ToYCbCr420_8u_P2P3R, ZRF_NV411, ZRF_ENTRIES(ZRF_420)),
+    ZRF_FROM_P2(ziliYCbCr411ToYCrCb420_8u_P2P3R, ZRF_NV411, ZRF_ENTRIES(ZRF_420)),
+    ZRF_TO_P2(ziliYCbCr420ToYCbCr411_8u_P3P2R, ZRF_420, ZRF_NV411),
+    ZRF_FROM_P2(ziliYCbCr420ToYCbCr411_8u_P2P3R, ZRF_NV420, ZRF_411),
+    ZRF_TO_P2(ziliYCrCb420ToYCbCr411_8u_P3P2R, ZRF_420, ZRF_NV411),
+    ZRF(ziliYCbCr411To420_8u_P3R, ZRF_411, ZRF_420),
+    ZRF(ziliYCbCr420To411_8u_P3R, ZRF_420, ZRF_411),
+    ZRF(ziliYCbCr420To1620_8u_P3R, ZRF_420, ZRF_1620),
+    ZRF(ziliYCbCr1620To420_8u_P3R, ZRF_1620, ZRF_420),
+    ZROW(ziliYCbCr420ToYCrCb420_Filter_8u_P2P3R, "sSsSdDzy", ZRF_NV420, [] { Img m = ZRF_420; return m.sharedStep = true, m; }(), kNone),
+    ZROW(ziliYCbCr420ToYCbCr422_Filter_8u_P2C2R, "sSsSdDzy", ZRF_NV420, kC2, kNone),
+    ZRF(ziliYCbCr420ToYCbCr422_Filter_8u_P3R, ZRF_420, ZRF_422),
+    ZRF_FROM_P2(ziliYCbCr420ToYCbCr422_Filter_8u_P2P3R, ZRF_NV420, ZRF_422),
+    ZRF(ziliYCrCb420ToYCbCr422_Filter_8u_P3R, ZRF_420, ZRF_422),
+    ZROW(ziliYCrCb420ToBGR_Filter_8u_P3C4R, "sSdDza", Planes(3, StepArr, Plane{1, XEvenUp, YH}, Plane{1, XHalfUp, YHalf}, Plane{1, XHalfUp, YHalf}), One(4, XEvenUp, YH), kNone),
+    ZRF(ziliYCbCr420To422_Interlace_8u_P3R, ZRF_420, ZRF_422),
+    ZRF(ziliYCbCr420ToCbYCr422_Interlace_8u_P3C2R, ZRF_420, kC2),
+    ZRF(ziliYCbCr422To420_Interlace_8u_P3R, ZRF_422, ZRF_420),
+    ZRF(ziliCbYCr422ToYCbCr420_Interlace_8u_C2P3R, kC2, ZRF_420),
+#undef ZRF_P3
+#undef ZRF_422
+#undef ZRF_420
+#undef ZRF_411
+#undef ZRF_1620
+#undef ZRF_NV420
+#undef ZRF_NV411
+#undef ZRF_ENTRIES
+#undef ZRF
+#undef ZRF_FROM_P2
+#undef ZRF_TO_P2
     // (end of Chroma reformatting, filters and interlace)
 
     // XYZ, LUV, Lab and YCC
