@@ -20,6 +20,20 @@
 extern "C" ZIL_HIDDEN const uint8_t chop[1000];
 extern "C" ZIL_HIDDEN const uint8_t* const CHOP_ARRAY;
 
+// The address of a hidden extern "C" object, read from the global offset
+// table. Two objects are reached this way: the version record, which the
+// version query hands out, and the forward gamma table, which the luma-chroma
+// family borrows from the gamma family. Each has one entry in the offset
+// table, filled at load by a relative relocation like the slots. The address
+// is added to zero rather than moved: the linker rewrites a move from the
+// offset table into a direct address and drops the entry, an add it keeps.
+#define ZIL_GOT_ADDRESS(T, sym)                                                       \
+    ([] {                                                                            \
+        T* p_;                                                                       \
+        __asm__("xorl %k0, %k0\n\taddq " #sym "@GOTPCREL(%%rip), %0" : "=r"(p_) : : "cc"); \
+        return p_;                                                                   \
+    }())
+
 // Two-vector lane shuffle of generic vectors: lanes of a are 0..N-1, of b N..2N-1.
 #if defined(__clang__)
 #define ZIL_SHUFFLE(a, b, V, ...) __builtin_shufflevector(a, b, __VA_ARGS__)

@@ -119,7 +119,7 @@ void CbYCrFilterRow(const Rows& rw, int width, uint8_t) {
     const uint8_t *__restrict pr = rw.s[0], *__restrict pg = rw.s[1], *__restrict pb = rw.s[2];
     uint8_t *__restrict py = rw.d[0], *__restrict cb = rw.d[1], *__restrict cr = rw.d[2];
     auto in = [](uint8_t v) -> int32_t {
-        if constexpr (Gamma) return tableFwd8u[v];
+        if constexpr (Gamma) return ZIL_GOT_ADDRESS(const uint8_t, tableFwd8u)[v];
         else return v;
     };
     int32_t pp = 0, qq = 0;
