@@ -55,10 +55,14 @@ inline float LogExpF(uint32_t ax, float y, bool neg) {
 
 // Vectors over the compiler's generic types; lanes that do not fit the
 // processor's registers are split by the compiler, so the baseline needs SSE2
-// only.
+// only. The helpers below are inlined, so the note on how 32-byte vectors
+// would be passed without AVX does not apply.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpsabi"
 typedef float F4 __attribute__((vector_size(16)));
 typedef int32_t I4 __attribute__((vector_size(16)));
 typedef uint32_t U4 __attribute__((vector_size(16)));
+typedef double D2 __attribute__((vector_size(16)));
 typedef double D4 __attribute__((vector_size(32)));
 typedef int64_t L4 __attribute__((vector_size(32)));
 typedef uint64_t Q4 __attribute__((vector_size(32)));
@@ -76,9 +80,9 @@ alignas(16) inline constexpr RcpLogTable rcp_logf_256 = MakeRcpLog();
 
 // Two pairs of doubles, one a lane, to their first and second fields as vectors.
 inline void Unzip(const double* a, const double* b, const double* c, const double* d, D4& first, D4& second) {
-    typedef double D2 __attribute__((vector_size(16)));
-    D2 pa, pb, pc, pd;
-    __builtin_memcpy(&pa, a, 16), __builtin_memcpy(&pb, b, 16), __builtin_memcpy(&pc, c, 16), __builtin_memcpy(&pd, d, 16);
+    typedef double Pair __attribute__((vector_size(16), may_alias));  // pairs are 16-byte aligned
+    const D2 pa = *reinterpret_cast<const Pair*>(a), pb = *reinterpret_cast<const Pair*>(b);
+    const D2 pc = *reinterpret_cast<const Pair*>(c), pd = *reinterpret_cast<const Pair*>(d);
     first = D4{pa[0], pb[0], pc[0], pd[0]};
     second = D4{pa[1], pb[1], pc[1], pd[1]};
 }
@@ -90,21 +94,15 @@ inline void Unzip(const double* a, const double* b, const double* c, const doubl
 // or the quick range test or the result's range test deciding other than for
 // a tiny logarithm); the caller then runs LogExpF per lane.
 inline bool Any(I4 m) { return Bits<unsigned __int128>(m) != 0; }
-inline bool Any(L4 m) {
-    struct Two { unsigned __int128 a, b; };
-    const Two t = Bits<Two>(m);
-    return (t.a | t.b) != 0;
-}
-// The upper and the lower 32-bit halves of four doubles.
+// The upper and the lower 32-bit halves of four doubles, gathered by one
+// shuffle of the two register halves.
 inline U4 HiWords(D4 v) {
-    typedef uint32_t U8 __attribute__((vector_size(32)));
-    const U8 u = Bits<U8>(v);
-    return U4{u[1], u[3], u[5], u[7]};
+    const U4 a = Bits<U4>(D2(__builtin_shufflevector(v, v, 0, 1))), b = Bits<U4>(D2(__builtin_shufflevector(v, v, 2, 3)));
+    return __builtin_shufflevector(a, b, 1, 3, 5, 7);
 }
 inline U4 LoWords(D4 v) {
-    typedef uint32_t U8 __attribute__((vector_size(32)));
-    const U8 u = Bits<U8>(v);
-    return U4{u[0], u[2], u[4], u[6]};
+    const U4 a = Bits<U4>(D2(__builtin_shufflevector(v, v, 0, 1))), b = Bits<U4>(D2(__builtin_shufflevector(v, v, 2, 3)));
+    return __builtin_shufflevector(a, b, 0, 2, 4, 6);
 }
 inline I4 Narrow(L4 m) { return __builtin_convertvector(m, I4); }
 inline L4 Widen(I4 m) { return __builtin_convertvector(m, L4); }
@@ -168,5 +166,7 @@ inline bool LogExpF4(F4 x, float y, F4& out) {
     out = Select(tiny, tinyOut, __builtin_convertvector(Bits<D4>(Rb), F4));
     return true;
 }
+
+#pragma GCC diagnostic pop
 
 }  // namespace zil::pw
