@@ -10,6 +10,10 @@
 #include "primitives/power_core.h"
 #include "primitives/utils.h"
 
+// Four-lane double vectors are 32 bytes; every function taking them is inlined,
+// so the note on how they would be passed without AVX does not apply.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 namespace zil::gamma {
 namespace {
 
