@@ -27,8 +27,13 @@ namespace zil::pw {
 // Status of the vector routine when an element met a domain or pole case.
 inline constexpr ZilStatus kStatusDomain = 19;
 
+// Also on 32-byte vectors, always inlined: the note on how such vectors would
+// be passed without AVX does not apply.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpsabi"
 template <class To, class From>
 inline To Bits(From v) { return __builtin_bit_cast(To, v); }
+#pragma GCC diagnostic pop
 inline uint32_t FBits(float v) { return Bits<uint32_t>(v); }
 inline uint64_t DBits(double v) { return Bits<uint64_t>(v); }
 inline float AsF(uint32_t b) { return Bits<float>(b); }

@@ -3,9 +3,11 @@
 // Groups of 4 positive normal elements take a fast path whose exponential is in
 // single precision; any other element, and every element of a group that holds
 // one, goes through the double-precision scalar path with its special values.
-#include "power.h"
+#include "power_core.h"
 
-#include "power_tables.inc"
+// Four-lane double vectors are 32 bytes; every function taking them is inlined,
+// so the note on how they would be passed without AVX does not apply.
+#pragma GCC diagnostic ignored "-Wpsabi"
 
 using namespace zil::pw;
 
@@ -93,48 +95,32 @@ inline bool PositiveNormal(float x) { return FBits(x) - 0x00800000u < 0x7F000000
 // The fast path on a group of four, in vector registers: the same operations
 // as FastW and FastExp, lane by lane, so the same bits. False (nothing
 // written) when an element is not a positive normal or its |w| is too large.
-typedef double D2 __attribute__((vector_size(16)));
-typedef float F4 __attribute__((vector_size(16)));
-typedef int32_t I4 __attribute__((vector_size(16)));
-typedef uint32_t U4 __attribute__((vector_size(16)));
-typedef uint64_t U2 __attribute__((vector_size(16)));
-typedef int64_t L2 __attribute__((vector_size(16)));
-
-inline D2 LogHalf(D2 xd, const int* idx, double power) {
-    const U2 db = Bits<U2>(xd);
-    // e as a double: 2^52 + field, less 2^52 + 1023.
-    const D2 e = Bits<D2>((db >> 52) | 0x4330000000000000ull) - (4503599627370496.0 + 1023.0);
-    const D2 m = Bits<D2>((db & 0xFFFFFFFFFFFFFull) | 0x3FF0000000000000ull);
-    const D2 mr = (m + kRound256) - kRound256;
-    const D2 ln = {Table[idx[0]].ln, Table[idx[1]].ln};
-    const D2 rcp = {Table[idx[0]].rcp, Table[idx[1]].rcp};
-    const D2 z = (m - mr) * rcp;
-    const D2 L = ((e * kLn2 + ln) + z) + ((0.33333333333238757 * z - 0.4999999999992423) * z) * z;
-    return power * L;
-}
-
 inline bool FastGroup(const float* src, float* dst, float power) {
     F4 x;
     __builtin_memcpy(&x, src, 16);
     const U4 bx = Bits<U4>(x);
-    const I4 bad = (bx - 0x00800000u) >= 0x7F000000u;
-    if (bad[0] | bad[1] | bad[2] | bad[3]) return false;
-    const I4 idx = Bits<I4>((((bx >> 14) & 0x1FFu) + 1u) >> 1);
-    int id[4];
-    __builtin_memcpy(id, &idx, 16);
-    const D2 lo = {x[0], x[1]}, hi = {x[2], x[3]};
-    const D2 w0 = LogHalf(lo, id, power), w1 = LogHalf(hi, id + 2, power);
-    const D2 aw0 = Bits<D2>(Bits<U2>(w0) & 0x7FFFFFFFFFFFFFFFull), aw1 = Bits<D2>(Bits<U2>(w1) & 0x7FFFFFFFFFFFFFFFull);
-    const L2 far = (aw0 >= 87.0) | (aw1 >= 87.0);
-    if (far[0] | far[1]) return false;
-    const D2 nr0 = w0 * k128ByLn2 + kRound, nr1 = w1 * k128ByLn2 + kRound;
-    const D2 r0 = w0 - (nr0 - kRound) * kLn2By128, r1 = w1 - (nr1 - kRound) * kLn2By128;
-    const F4 r = {float(r0[0]), float(r0[1]), float(r1[0]), float(r1[1])};
-    const I4 n = {int32_t(Bits<U2>(nr0)[0]), int32_t(Bits<U2>(nr0)[1]), int32_t(Bits<U2>(nr1)[0]),
-                  int32_t(Bits<U2>(nr1)[1])};
+    if (Any(bx - 0x00800000u >= 0x7F000000u)) return false;
+    const U4 idx = (((bx >> 14) & 0x1FFu) + 1u) >> 1;
+    const Q4 db = Bits<Q4>(__builtin_convertvector(x, D4));
+    // e as a double: 2^52 + field, less 2^52 + 1023.
+    const D4 e = Bits<D4>((db >> 52) | 0x4330000000000000ull) - (4503599627370496.0 + 1023.0);
+    const D4 m = Bits<D4>((db & 0xFFFFFFFFFFFFFull) | 0x3FF0000000000000ull);
+    const D4 mr = (m + kRound256) - kRound256;
+    D4 ln, rcp;
+    Unzip(&Table[idx[0]].ln, &Table[idx[1]].ln, &Table[idx[2]].ln, &Table[idx[3]].ln, ln, rcp);
+    const D4 z = (m - mr) * rcp;
+    const D4 w = static_cast<double>(power) *
+                 (((e * kLn2 + ln) + z) + ((0.33333333333238757 * z - 0.4999999999992423) * z) * z);
+    // |w| at or above 87, read on the upper words (87 has a zero lower word).
+    if (Any((HiWords(w) & 0x7FFFFFFFu) >= 0x4055C000u)) return false;
+    const D4 nr = w * k128ByLn2 + kRound;
+    const F4 r = __builtin_convertvector(w - (nr - kRound) * kLn2By128, F4);
+    const I4 n = Bits<I4>(LoWords(nr));
     const I4 j = n & 127;
-    const F4 H = {exp2f_table[j[0]].hi, exp2f_table[j[1]].hi, exp2f_table[j[2]].hi, exp2f_table[j[3]].hi};
-    const F4 Lo = {exp2f_table[j[0]].lo, exp2f_table[j[1]].lo, exp2f_table[j[2]].lo, exp2f_table[j[3]].lo};
+    // The (hi, lo) float pairs of exp2f_table, one 8-byte load a lane.
+    const D4 pairs = {Bits<double>(exp2f_table[j[0]]), Bits<double>(exp2f_table[j[1]]),
+                      Bits<double>(exp2f_table[j[2]]), Bits<double>(exp2f_table[j[3]])};
+    const F4 H = Bits<F4>(LoWords(pairs)), Lo = Bits<F4>(HiWords(pairs));
     const F4 scale = Bits<F4>(((n >> 7) + 127) << 23);
     const F4 R = ((r * r * 0.5f + (Lo + r)) * H + H) * scale;
     __builtin_memcpy(dst, &R, 16);

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <type_traits>
 #include <string>
 #include <vector>
 
@@ -28,30 +29,20 @@ struct Member {
 };
 void PrintTo(const Member& m, std::ostream* os) { *os << m.name; }
 
-template <class T> using Pk = ZilStatus (*)(const T*, int, T*, int, ZilSize);
-template <class T> using PkI = ZilStatus (*)(T*, int, ZilSize);
-template <class T> using Pl = ZilStatus (*)(const T* const*, int, T* const*, int, ZilSize);
-template <class T> using PlI = ZilStatus (*)(T* const*, int, ZilSize);
-template <class T> using PkF = ZilStatus (*)(const T*, int, T*, int, ZilSize, float, float);
-template <class T> using PkIF = ZilStatus (*)(T*, int, ZilSize, float, float);
-template <class T> using PlF = ZilStatus (*)(const T* const*, int, T* const*, int, ZilSize, float, float);
-template <class T> using PlIF = ZilStatus (*)(T* const*, int, ZilSize, float, float);
-
 template <class T, auto F>
 ZilStatus Thunk(const void* s, int ss, void* d, int ds, ZilSize r, float lo, float hi) {
-    using Fn = decltype(F);
-    auto* ts = static_cast<const T*>(s);
-    auto* td = static_cast<T*>(d);
-    auto* as = static_cast<const T* const*>(s);
-    auto* ad = static_cast<T* const*>(d);
-    if constexpr (std::is_same_v<Fn, Pk<T>>) return F(ts, ss, td, ds, r);
-    else if constexpr (std::is_same_v<Fn, PkI<T>>) return F(td, ds, r);
-    else if constexpr (std::is_same_v<Fn, Pl<T>>) return F(as, ss, ad, ds, r);
-    else if constexpr (std::is_same_v<Fn, PlI<T>>) return F(ad, ds, r);
-    else if constexpr (std::is_same_v<Fn, PkF<T>>) return F(ts, ss, td, ds, r, lo, hi);
-    else if constexpr (std::is_same_v<Fn, PkIF<T>>) return F(td, ds, r, lo, hi);
-    else if constexpr (std::is_same_v<Fn, PlF<T>>) return F(as, ss, ad, ds, r, lo, hi);
-    else return F(ad, ds, r, lo, hi);
+    using S = const T*;
+    using D = T*;
+    using SP = const T* const*;
+    using DP = T* const*;
+    auto go = [&](auto... range) {  // the value range of the float forms, or nothing
+        if constexpr (std::is_invocable_v<decltype(F), S, int, D, int, ZilSize, decltype(range)...>) return F(S(s), ss, D(d), ds, r, range...);
+        else if constexpr (std::is_invocable_v<decltype(F), D, int, ZilSize, decltype(range)...>) return F(D(d), ds, r, range...);
+        else if constexpr (std::is_invocable_v<decltype(F), SP, int, DP, int, ZilSize, decltype(range)...>) return F(SP(s), ss, DP(d), ds, r, range...);
+        else return F(DP(d), ds, r, range...);
+    };
+    if constexpr (sizeof(T) == 4) return go(lo, hi);
+    else return go();
 }
 
 #define ZT_GAMMA(Dir, code, T, inv)                                                                            \
@@ -92,6 +83,10 @@ struct Image {
     }
     template <class T> T& at(int plane, int y, int i) { return *reinterpret_cast<T*>(ptr[plane] + y * step + i * sizeof(T)); }
 };
+
+const Member& Find(const std::string& name) {
+    return *std::find_if(kMembers.begin(), kMembers.end(), [&](const Member& x) { return x.name == name; });
+}
 
 // Runs a member: out of place from `src` into `dst`, or in place on `dst`.
 ZilStatus Apply(const Member& m, Image* src, Image& dst, float lo = 0.0f, float hi = 1.0f) {
@@ -152,27 +147,20 @@ TEST_P(GammaMember, AlphaPaddingAndInPlace) {
             from = nullptr;
         }
         ASSERT_EQ(Apply(m, from, out), zilStatusOk) << w;
+        std::vector<uint8_t> twin;  // an in-place member against its out-of-place twin
+        if (m.inPlace) {
+            std::string name = m.name;
+            Image out2(Find(name.erase(name.rfind(m.lay == P3 ? "IP3R" : "IR"), 1)), w, 3, 12, 9);
+            ASSERT_EQ(Apply(out2.m, &src, out2), zilStatusOk);
+            twin = out2.bytes();
+        }
         const auto after = out.bytes();
         const size_t rowBytes = size_t(out.samples()) * m.elem, planeBytes = out.planes[0]->size();
         for (size_t k = 0; k < after.size(); ++k) {
-            const size_t inPlane = k % planeBytes, col = inPlane % out.step;
+            const size_t col = k % planeBytes % out.step;
             const bool alpha = m.lay == AC4 && (col / m.elem) % 4 == 3;
             if (col >= rowBytes || (alpha && !m.inPlace)) ASSERT_EQ(after[k], before[k]) << w << " byte " << k;
-        }
-        // The out-of-place twin of an in-place member writes the same samples.
-        if (m.inPlace) {
-            std::string twinName = m.name;
-            twinName.erase(twinName.rfind(m.lay == P3 ? "IP3R" : "IR"), 1);
-            const Member& twin = *std::find_if(kMembers.begin(), kMembers.end(), [&](const Member& x) { return x.name == twinName; });
-            Image out2(twin, w, 3, 12, 9);
-            ASSERT_EQ(Apply(twin, &src, out2), zilStatusOk);
-            for (int p = 0; p < (m.lay == P3 ? 3 : 1); ++p)
-                for (int y = 0; y < 3; ++y)
-                    for (int i = 0; i < out.samples(); ++i) {
-                        if (m.lay == AC4 && i % 4 == 3) continue;
-                        ASSERT_EQ(std::memcmp(&out.at<uint8_t>(p, y, i * m.elem), &out2.at<uint8_t>(p, y, i * m.elem), m.elem), 0)
-                            << m.name << " w " << w << " sample " << i;
-                    }
+            else if (m.inPlace && !alpha) ASSERT_EQ(after[k], twin[k]) << w << " byte " << k;
         }
     }
 }
@@ -212,27 +200,37 @@ TEST(GammaTables, StatedEntriesInEveryLayout) {
     }
 }
 
-// Float members by name, on a one-pixel C3/AC4 image or three one-sample planes
-// holding the same sample s; returns the first colour sample's result.
-float One(const std::string& name, float s, float lo, float hi) {
-    const Member& m = *std::find_if(kMembers.begin(), kMembers.end(), [&](const Member& x) { return x.name == name; });
-    Image src(m, 1, 1, 0, 1), dst(m, 1, 1, 0, 2);
+// Float members by name, on `n` pixels of a C3/AC4 image or of three planes,
+// colour sample k of each plane holding v[k % size]; plane 0's results.
+std::vector<float> Row(const std::string& name, const std::vector<float>& v, float lo, float hi, int n = 1) {
+    const Member& m = Find(name);
+    const int samples = m.lay == P3 ? n : 3 * n;
+    auto at = [&](Image& im, int p, int k) -> float& { return im.at<float>(p, 0, m.lay == AC4 ? k / 3 * 4 + k % 3 : k); };
+    Image src(m, n, 1, 0, 1), dst(m, n, 1, 0, 2);
     for (int p = 0; p < (m.lay == P3 ? 3 : 1); ++p)
-        for (int c = 0; c < (m.lay == P3 ? 1 : 3); ++c) src.at<float>(p, 0, c) = dst.at<float>(p, 0, c) = s;
-    EXPECT_EQ(Apply(m, &src, dst, lo, hi), zilStatusOk);
-    return dst.at<float>(0, 0, 0);
+        for (int k = 0; k < samples; ++k) at(src, p, k) = at(dst, p, k) = v[k % v.size()];
+    EXPECT_EQ(Apply(m, &src, dst, lo, hi), zilStatusOk) << name;
+    std::vector<float> out;
+    for (int k = 0; k < samples; ++k) out.push_back(at(dst, 0, k));
+    return out;
 }
+float One(const std::string& name, float s, float lo, float hi) { return Row(name, {s}, lo, hi)[0]; }
 
 TEST(GammaFloat, MemberDifferencesByHand) {
     // vMin 1, vMax 2, sample 2: x = 1, t = 1, p = 1; 1.099f - 0.099f rounds to 1.
     // The AC4 forms add vMin twice on the upper branch.
     for (const char* n : {"Fwd_32f_C3R", "Fwd_32f_C3IR", "Fwd_32f_P3R", "Fwd_32f_IP3R"}) EXPECT_EQ(One(n, 2.0f, 1.0f, 2.0f), 2.0f) << n;
     for (const char* n : {"Fwd_32f_AC4R", "Fwd_32f_AC4IR"}) EXPECT_EQ(One(n, 2.0f, 1.0f, 2.0f), 3.0f) << n;
-    // Lower branch: 4.5 x + vMin, once, in every form.
+    // Lower branch: 4.5 x + vMin, once, in every form; 0.018 itself takes the
+    // power branch, whose step there straddles the inverse's 0.0812.
+    const float below = std::nextafter(0.018f, 0.0f);
     for (const char* n : {"Fwd_32f_C3R", "Fwd_32f_P3R", "Fwd_32f_AC4R", "Fwd_32f_AC4IR"}) {
         EXPECT_EQ(One(n, 1.0f + 0x1p-8f, 1.0f, 2.0f), 1.0f + 4.5f * 0x1p-8f) << n;
         EXPECT_EQ(One(n, -0.5f, 0.0f, 1.0f), -2.25f) << n;  // below the range: no clamp
+        EXPECT_EQ(One(n, below, 0.0f, 1.0f), 4.5f * below) << n;
+        EXPECT_GT(One(n, 0.018f, 0.0f, 1.0f), 0.0812f) << n;
     }
+    EXPECT_LT(4.5f * below, 0.0812f);
     // Inverse, range 2, sample 2: the unscaled forms give about 1, the others 2.
     for (const char* n : {"Inv_32f_C3R", "Inv_32f_P3R", "Inv_32f_IP3R"}) EXPECT_NEAR(One(n, 2.0f, 0.0f, 2.0f), 1.0f, 2e-6f) << n;
     for (const char* n : {"Inv_32f_C3IR", "Inv_32f_AC4R", "Inv_32f_AC4IR"}) EXPECT_NEAR(One(n, 2.0f, 0.0f, 2.0f), 2.0f, 4e-6f) << n;
@@ -247,14 +245,20 @@ TEST(GammaFloat, MemberDifferencesByHand) {
     }
 }
 
-// The forward threshold: 0.018 itself takes the power branch, one float below
-// it the linear one, and the curve's small step there straddles 0.0812.
-TEST(GammaFloat, ForwardThresholdStep) {
-    const float below = std::nextafter(0.018f, 0.0f);
-    for (const char* n : {"Fwd_32f_C3R", "Fwd_32f_P3R", "Fwd_32f_AC4R"}) {
-        EXPECT_EQ(One(n, below, 0.0f, 1.0f), 4.5f * below) << n;
-        EXPECT_GT(One(n, 0.018f, 0.0f, 1.0f), 0.0812f) << n;
-        EXPECT_LT(4.5f * below, 0.0812f);
+// The forward C3 and planar forms take the float power four samples at a time
+// where no sample needs a special case: a row mixing both branches, the top of
+// the range, specials and samples near 1 gives, sample for sample, what each
+// sample gives alone. (The block forms need not: their power routine treats a
+// group of four with a special element apart.)
+TEST(GammaFloat, MixedRowsAsSamplesAlone) {
+    const std::vector<float> v = {0.5f, 0.01f, 1.0f, NAN,  0.99f,  0.018f,   -0.25f,   0.3f,  INFINITY, 1.02f, 0.75f, 1.011f,
+                                  0.0f, 2.0f,  0.6f, 0.985f, 1.026f, 0x1p-140f, 0.9921f, 0.07f, 1.0051f,  0.9f,  1.03f, 0.9863f};
+    for (const char* n : {"Fwd_32f_C3R", "Fwd_32f_IP3R"}) {
+        const std::vector<float> row = Row(n, v, 0.0f, 1.0f, 24);
+        for (size_t k = 0; k < row.size(); ++k) {
+            const float alone = One(n, v[k % v.size()], 0.0f, 1.0f);
+            EXPECT_TRUE(std::memcmp(&row[k], &alone, 4) == 0) << n << " sample " << k << ": " << row[k] << " " << alone;
+        }
     }
 }
 
