@@ -474,11 +474,11 @@ ranges)
     # Packed 4:2:2 at an odd width: whole cells, the last pixel repeated. Red, white, then
     # black alone in its cell: 76 109 255 206, then Y 0 with U = V = 128, twice.
     ppm8 3 1 255 0 0 255 255 255 0 0 0 > odd.ppm
-    ok "$Z" convert odd.ppm odd.yuy2 --to yuy2
+    ok "$Z" convert odd.ppm odd.yuy2 --to yuy2 --matrix yuv
     same "yuy2 odd" "$(bytes odd.yuy2)" "76 109 255 206 0 128 0 128"
-    ok "$Z" convert odd.ppm odd.uyvy --to uyvy
+    ok "$Z" convert odd.ppm odd.uyvy --to uyvy --matrix yuv
     same "uyvy odd" "$(bytes odd.uyvy)" "109 76 206 255 128 0 128 0"
-    ok "$Z" convert odd.yuy2 back.ppm --from yuy2 --size 3x1
+    ok "$Z" convert odd.yuy2 back.ppm --from yuy2 --size 3x1 --matrix yuv
     same "yuy2 odd back" "$(samples back.ppm)" "165 38 37 255 217 216 0 0 0"
     head -c 6 odd.yuy2 > short.yuy2
     bad 1 o.ppm "short.yuy2 has 6 bytes, but YUY2 at 3x1 needs 8" "$Z" convert short.yuy2 o.ppm --from yuy2 --size 3x1
