@@ -83,8 +83,15 @@ void Crop(const uint8_t* src, size_t srcStep, uint8_t* dst, size_t dstStep, size
 }  // namespace
 
 Matrix ParseMatrix(const std::string* value, YuvFormat f, bool toRaw) {
+    if (value && (*value == "yuv" || *value == "analog")) return Matrix::Yuv;
+    // The layouts this file knows; another one goes through the analog path
+    // until it has its YCbCr exports here.
+    const bool known = Is420(f) || IsPacked(f) || f == YuvFormat::YUV422P || f == YuvFormat::YUV444P;
+    if (!known) {
+        if (value) throw UsageError("--matrix " + *value + " is not available for " + UpperName(f));
+        return Matrix::Yuv;
+    }
     if (!value || *value == "bt601") return Matrix::Bt601;
-    if (*value == "yuv" || *value == "analog") return Matrix::Yuv;
     if (*value != "bt709") throw UsageError("--matrix takes bt601, bt709 or yuv, not '" + *value + "'");
     if (!Is420(f) && !(f == YuvFormat::YUV444P && !toRaw))
         throw UsageError("--matrix bt709 has no " + UpperName(f) + " form " + (toRaw ? "for --to" : "for --from") +
