@@ -42,8 +42,7 @@ const char kConvertHelp[] =
     "       zilcc convert IN OUT --from FORMAT --size WxH\n"
     "       zilcc convert IN OUT --to SPACE | --from SPACE\n"
     "\n"
-    "Converts 8-bit RGB to raw YUV (--to) or raw YUV to RGB (--from), with the\n"
-    "library's analog YUV (Y = 0.299 R + 0.587 G + 0.114 B on 0..255).\n"
+    "Converts 8-bit RGB to a raw YCbCr/YUV frame (--to) or back (--from).\n"
     "\n"
     "  --to FORMAT       IN is an RGB (or grey) .png/.ppm/.pgm; OUT a raw YUV file\n"
     "  --from FORMAT     IN is a raw YUV file; OUT an RGB .png or .ppm\n"
@@ -51,12 +50,16 @@ const char kConvertHelp[] =
     "                    layout needs are read, a longer input is refused\n"
     "  IN or OUT may be - for standard input or output (images as PNM).\n"
     "  --band-rows N     rows handed to the library per call\n"
-    "  --matrix M        analog (default) or, for yuv444p, bt601: studio-range\n"
-    "                    YCbCr (Y 16..235, Cb and Cr 16..240)\n"
+    "  --matrix M        bt601 (default): video-range YCbCr (Y 16..235, Cb, Cr\n"
+    "                    16..240), as video tools write these layouts\n"
+    "                    bt709: the same range with BT.709 weights (i420, nv12;\n"
+    "                    yuv444p --from only)\n"
+    "                    yuv: analog YUV, Y = 0.299 R + 0.587 G + 0.114 B on 0..255\n"
     "\n"
     "FORMAT (raw files are dense, planes one after another):\n"
-    "  i420     4:2:0, three planes Y, U, V; chroma w/2 x h/2 (even w and h)\n"
-    "  nv12     4:2:0, plane Y then one plane of U,V pairs (even w and h)\n"
+    "  i420     4:2:0, three planes Y, U, V; chroma ceil(w/2) x ceil(h/2)\n"
+    "           (--matrix yuv: even w and h only)\n"
+    "  nv12     4:2:0, plane Y then one plane of U,V pairs, likewise\n"
     "  yuy2     4:2:2 packed, bytes Y0 U Y1 V, 4*ceil(w/2) bytes a row (at an\n"
     "           odd width the last pixel is repeated to fill its cell)\n"
     "  uyvy     4:2:2 packed, bytes U Y0 V Y1, likewise\n"
@@ -211,7 +214,7 @@ int RunConvert(int argc, char** argv, int first) {
     }
     const YuvFormat fmt = YuvFormats()[size_t(ParseChoice(toYuv ? "to" : "from", a.Get(toYuv ? "to" : "from"), names))].format;
     const int bandRows = BandRowsOption(a);
-    const bool studio = StudioMatrix(a.Has("matrix") ? &a.Get("matrix") : nullptr, fmt);
+    const Matrix matrix = ParseMatrix(a.Has("matrix") ? &a.Get("matrix") : nullptr, fmt, toYuv);
     const std::string& in = a.positional[0];
     const std::string& out = a.positional[1];
     if (toYuv) {
@@ -228,10 +231,10 @@ int RunConvert(int argc, char** argv, int first) {
                     for (int k = 0; k < 3; ++k) c.Row(y)[3 * x + k] = rgb.Row(y)[x];
             rgb = std::move(c);
         }
-        YuvFrameBytes(fmt, rgb.width, rgb.height);  // refuses extents the layout cannot hold
+        RawFrameBytes(fmt, matrix, rgb.width, rgb.height);  // refuses extents the layout cannot hold
         WarnRawOutputName(out, "raw " + Upper(YuvInfo(fmt).name) + " data");
         Progress progress("convert", rgb.height);
-        const std::vector<uint8_t> yuv = studio ? RgbToYcbcr444(rgb, bandRows, &progress) : RgbToYuv(rgb, fmt, bandRows, &progress);
+        const std::vector<uint8_t> yuv = EncodeRaw(rgb, fmt, matrix, bandRows, &progress);
         progress.Finish();
         WriteBytes(out, yuv);
     } else {
@@ -239,7 +242,7 @@ int RunConvert(int argc, char** argv, int first) {
         int w = 0, h = 0;
         ParseSize("size", a.Get("size"), &w, &h);
         CheckImageOutput(out, 3);
-        const size_t need = YuvFrameBytes(fmt, w, h);
+        const size_t need = RawFrameBytes(fmt, matrix, w, h);
         // At most one byte more than the layout needs is read: enough to tell
         // a longer (or endless) input from one of the right length.
         const std::vector<uint8_t> yuv = ReadFileBytes(in, need);
@@ -249,7 +252,7 @@ int RunConvert(int argc, char** argv, int first) {
                             ", but " + Upper(YuvInfo(fmt).name) + " at " + SizeText(w, h) + " needs " +
                             std::to_string(need));
         Progress progress("convert", h);
-        const Image rgb = studio ? Ycbcr444ToRgb(yuv, w, h, bandRows, &progress) : YuvToRgb(yuv, w, h, fmt, bandRows, &progress);
+        const Image rgb = DecodeRaw(yuv, w, h, fmt, matrix, bandRows, &progress);
         progress.Finish();
         WriteImage(out, rgb, 6, true);
     }

@@ -75,13 +75,6 @@ ZT_REGISTER(SpaceDef{"gray", "one channel, 0.299 R + 0.587 G + 0.114 B (8-bit: Q
                      ToGray, FromGray})
 
 // ---- studio-range YCbCr 4:4:4 -------------------------------------------------------
-bool StudioMatrix(const std::string* value, YuvFormat f) {
-    if (!value || *value == "analog") return false;
-    if (*value != "bt601") throw UsageError("--matrix takes analog or bt601, not '" + *value + "'");
-    if (f != YuvFormat::YUV444P) throw UsageError("--matrix bt601 is for yuv444p (studio-range YCbCr 4:4:4)");
-    return true;
-}
-
 std::vector<uint8_t> RgbToYcbcr444(const Image& rgb, int bandRows, Progress* progress) {
     if (rgb.channels != 3 || rgb.depth != 8) throw DataError("RGB to YCbCr takes 8-bit RGB");
     const size_t n = size_t(rgb.width) * size_t(rgb.height);

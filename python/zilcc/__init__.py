@@ -119,6 +119,11 @@ _YUV = {
 MATRICES = ("analog", "bt601", "bt709")
 
 
+def _matrix(m):
+    """The tool's name "yuv" for the analog matrix is taken as well."""
+    return "analog" if m == "yuv" else m
+
+
 def _chroma_shape(sampling, w, h):
     return {"444": (h, w), "422": (h, (w + 1) // 2), "420": (h // 2, w // 2)}[sampling]
 
@@ -140,11 +145,12 @@ def _yuv_entry(sampling, matrix, w, h):
 
 def rgb_to_yuv(img, sampling="444", matrix="analog"):
     """(Y, U, V) planes of an 8-bit RGB image (HxWx3 uint8). `matrix`:
-    "analog" (Y = 0.299 R + 0.587 G + 0.114 B on 0..255), "bt601" (studio-range
+    "analog" or "yuv" (Y = 0.299 R + 0.587 G + 0.114 B on 0..255), "bt601" (studio-range
     YCbCr) or "bt709" (studio-range HDTV YCbCr, 4:2:0 only). Chroma planes are
     subsampled: 4:2:2 to ceil(W/2) (W/2 for YCbCr) columns, 4:2:0 to W/2 x H/2."""
     img, _ = _image(img, "img", (np.uint8,), (3,))
     h, w = img.shape[:2]
+    matrix = _matrix(matrix)
     fwd, _, bgr = _yuv_entry(sampling, matrix, w, h)
     f = _need(fwd)
     if bgr:
@@ -164,6 +170,7 @@ def yuv_to_rgb(y, u, v, sampling="444", matrix="analog"):
     """An RGB image (HxWx3 uint8) from Y, U, V planes as rgb_to_yuv makes them."""
     y, _ = _image(y, "y", (np.uint8,), (1,))
     h, w = y.shape
+    matrix = _matrix(matrix)
     _, inv, bgr = _yuv_entry(sampling, matrix, w, h)
     f = _need(inv)
     c = _chroma_shape(sampling, w, h)

@@ -84,70 +84,72 @@ convert)
     # red: Y = (4996725 + 32768) >> 16 = 76, U = ((-4963958 >> 16) * 32244 >> 16) + 128
     # = 90, V = 179 * 57475 >> 16 = 156, + 128 clamps to 255.
     ppm8 4 1 255 0 0 255 255 255 0 0 0 128 128 128 > in.ppm
-    ok "$Z" convert in.ppm out.yuv --to yuv444p
+    ok "$Z" convert in.ppm out.yuv --to yuv444p --matrix yuv
     same "yuv444p" "$(bytes out.yuv)" "76 255 0 128 90 128 128 128 255 128 128 128"
     # Back through the planar 4:4:4 member (74710 set, R and B rounded, G floored):
     # R = (4980736 + 74710*127 + 32768) >> 16 = 221, G = (4980736 + 25820*38 - 38075*127) >> 16 = 17,
     # B = (4980736 - 133168*38 + 32768) >> 16 = -1, clamped to 0.
-    ok "$Z" convert out.yuv back.ppm --from yuv444p --size 4x1
+    ok "$Z" convert out.yuv back.ppm --from yuv444p --size 4x1 --matrix yuv
     same "yuv444p back" "$(samples back.ppm)" "221 17 0 255 255 255 0 0 0 128 128 128"
     # The same through a PNG: the tool's PNG reader and writer keep every byte.
-    ok "$Z" convert out.yuv back.png --from YUV444P --size 4x1
-    ok "$Z" convert back.png again.yuv --to yuv444p
-    ok "$Z" convert back.ppm again2.yuv --to yuv444p
+    ok "$Z" convert out.yuv back.png --from YUV444P --size 4x1 --matrix yuv
+    ok "$Z" convert back.png again.yuv --to yuv444p --matrix yuv
+    ok "$Z" convert back.ppm again2.yuv --to yuv444p --matrix yuv
     cmp -s again.yuv again2.yuv || fail "PNG and PPM inputs give different YUV"
 
     # Packed 4:2:2, red then white: chroma of the pair with c = 32768 and shift 17:
     # du = (16711680 - 21708405 + 32768) >> 16 = -76, U = (-76*32244 >> 17) + 128 = 109;
     # dv = (33423360 - 21708405 + 32768) >> 16 = 179, V = (179*57475 >> 17) + 128 = 206.
     ppm8 2 1 255 0 0 255 255 255 > rw.ppm
-    ok "$Z" convert rw.ppm rw.yuy2 --to yuy2
+    ok "$Z" convert rw.ppm rw.yuy2 --to yuy2 --matrix yuv
     same "yuy2" "$(bytes rw.yuy2)" "76 109 255 206"
-    ok "$Z" convert rw.ppm rw.uyvy --to uyvy
+    ok "$Z" convert rw.ppm rw.uyvy --to uyvy --matrix yuv
     same "uyvy" "$(bytes rw.uyvy)" "109 76 206 255"
     # Back, all channels rounded, u = -19, v = 78: pixel 0 R = (4980736 + 74711*78 + 32768) >> 16
     # = 165, G = (4980736 + 25821*19 - 38076*78 + 32768) >> 16 = 38, B = (4980736 - 133169*19
     # + 32768) >> 16 = 37; pixel 1 likewise 344 (clamped to 255), 217, 216.
     for f in yuy2 uyvy; do
-        ok "$Z" convert rw.$f rw-$f.ppm --from $f --size 2x1
+        ok "$Z" convert rw.$f rw-$f.ppm --from $f --size 2x1 --matrix yuv
         same "$f back" "$(samples rw-$f.ppm)" "165 38 37 255 217 216"
     done
 
     # Planar 4:2:2 of odd width: the pair as above but with c = 65535 (same U 109,
     # V 206); the last pixel alone (black) gives U = V = 128.
     ppm8 3 1 255 0 0 255 255 255 0 0 0 > odd.ppm
-    ok "$Z" convert odd.ppm odd.yuv --to yuv422p
+    ok "$Z" convert odd.ppm odd.yuv --to yuv422p --matrix yuv
     same "yuv422p" "$(bytes odd.yuv)" "76 255 0 109 128 206 128"
     # Back: pairs R, B rounded and G floored: (165, 38, 37), (255, 217, 216); last column black.
-    ok "$Z" convert odd.yuv odd-back.ppm --from yuv422p --size 3x1
+    ok "$Z" convert odd.yuv odd-back.ppm --from yuv422p --size 3x1 --matrix yuv
     same "yuv422p back" "$(samples odd-back.ppm)" "165 38 37 255 217 216 0 0 0"
 
     # 4:2:0, a red and a white 2x2 block. Red block: du = (-19986900 + 131071) >> 16 = -303,
     # U = (-303*32244 >> 18) + 128 = 90; dv = 717, V = (717*57475 >> 18) + 128 = 285 -> 255.
     ppm8 4 2 255 0 0 255 0 0 255 255 255 255 255 255 255 0 0 255 0 0 255 255 255 255 255 255 > blocks.ppm
-    ok "$Z" convert blocks.ppm blocks.i420 --to i420
+    ok "$Z" convert blocks.ppm blocks.i420 --to i420 --matrix yuv
     same "i420" "$(bytes blocks.i420)" "76 76 255 255 76 76 255 255 90 128 255 128"
-    ok "$Z" convert blocks.ppm blocks.nv12 --to nv12
+    ok "$Z" convert blocks.ppm blocks.nv12 --to nv12 --matrix yuv
     same "nv12" "$(bytes blocks.nv12)" "76 76 255 255 76 76 255 255 90 255 128 128"
     # Back (74711 set): R = (4980736 + 74711*127 + 32768) >> 16 = 221, G = (4980736 + 25821*38
     # - 38076*127) >> 16 = 17, B = -1 -> 0.
     for f in i420 nv12; do
-        ok "$Z" convert blocks.$f blocks-$f.ppm --from $f --size 4x2
+        ok "$Z" convert blocks.$f blocks-$f.ppm --from $f --size 4x2 --matrix yuv
         same "$f back" "$(samples blocks-$f.ppm)" \
             "221 17 0 221 17 0 255 255 255 255 255 255 221 17 0 221 17 0 255 255 255 255 255 255"
     done
     # A grey PGM goes in as R = G = B.
     pgm8 2 1 0 200 > grey.pgm
-    ok "$Z" convert grey.pgm grey.yuv --to yuv444p
+    ok "$Z" convert grey.pgm grey.yuv --to yuv444p --matrix yuv
     same "grey in" "$(bytes grey.yuv)" "0 200 128 128 128 128"
     # Bands of two rows give the bytes of one call.
     ok "$Z" demo --out scene --size 64x48
-    ok "$Z" convert scene/scene.png whole.i420 --to i420
-    ok "$Z" convert scene/scene.png band.i420 --to i420 --band-rows 2
-    cmp -s whole.i420 band.i420 || fail "i420 in bands of 2 rows differs"
-    ok "$Z" convert whole.i420 whole.png --from i420 --size 64x48
-    ok "$Z" convert whole.i420 band.png --from i420 --size 64x48 --band-rows 4
-    cmp -s whole.png band.png || fail "i420 to RGB in bands of 4 rows differs"
+    for m in yuv bt601; do
+        ok "$Z" convert scene/scene.png whole.i420 --to i420 --matrix $m
+        ok "$Z" convert scene/scene.png band.i420 --to i420 --band-rows 2 --matrix $m
+        cmp -s whole.i420 band.i420 || fail "i420 $m in bands of 2 rows differs"
+        ok "$Z" convert whole.i420 whole.png --from i420 --size 64x48 --matrix $m
+        ok "$Z" convert whole.i420 band.png --from i420 --size 64x48 --band-rows 4 --matrix $m
+        cmp -s whole.png band.png || fail "i420 $m to RGB in bands of 4 rows differs"
+    done
     ;;
 
 demosaic)
@@ -334,7 +336,7 @@ bad_input)
     bad 1 o.png "good.yuv has 12 bytes, but YUV444P at 2x3 needs 18" "$Z" convert good.yuv o.png --from yuv444p --size 2x3
     # 4:2:0 needs whole 2x2 cells.
     ppm8 3 2 $(flat 18 7) > odd.ppm
-    bad 1 o.yuv "I420 needs an even width and height, 3x2 is not" "$Z" convert odd.ppm o.yuv --to i420
+    bad 1 o.yuv "I420 needs an even width and height, 3x2 is not" "$Z" convert odd.ppm o.yuv --to i420 --matrix yuv
     # Data of the wrong kind for the command.
     if have cfa; then
         bad 1 o.png "demosaicing takes a single-channel image" "$Z" demosaic ok.ppm o.png --pattern rggb --method gradient
@@ -472,11 +474,11 @@ ranges)
     # Packed 4:2:2 at an odd width: whole cells, the last pixel repeated. Red, white, then
     # black alone in its cell: 76 109 255 206, then Y 0 with U = V = 128, twice.
     ppm8 3 1 255 0 0 255 255 255 0 0 0 > odd.ppm
-    ok "$Z" convert odd.ppm odd.yuy2 --to yuy2
+    ok "$Z" convert odd.ppm odd.yuy2 --to yuy2 --matrix yuv
     same "yuy2 odd" "$(bytes odd.yuy2)" "76 109 255 206 0 128 0 128"
-    ok "$Z" convert odd.ppm odd.uyvy --to uyvy
+    ok "$Z" convert odd.ppm odd.uyvy --to uyvy --matrix yuv
     same "uyvy odd" "$(bytes odd.uyvy)" "109 76 206 255 128 0 128 0"
-    ok "$Z" convert odd.yuy2 back.ppm --from yuy2 --size 3x1
+    ok "$Z" convert odd.yuy2 back.ppm --from yuy2 --size 3x1 --matrix yuv
     same "yuy2 odd back" "$(samples back.ppm)" "165 38 37 255 217 216 0 0 0"
     head -c 6 odd.yuy2 > short.yuy2
     bad 1 o.ppm "short.yuy2 has 6 bytes, but YUY2 at 3x1 needs 8" "$Z" convert short.yuy2 o.ppm --from yuy2 --size 3x1

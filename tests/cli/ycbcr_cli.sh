@@ -47,15 +47,14 @@ bad 2 x.pgm 'matrix' "$Z" convert rgb.ppm x.pgm --to gray --matrix bt601
 # (32, 205, 14): 129, 70, 66. Planes Y, Cb, Cr.
 ok "$Z" convert rgb.ppm s.yuv --to yuv444p --matrix bt601
 same "to yuv444p bt601" "$(bytes s.yuv)" "82 235 129 90 128 70 240 128 66"
-# The analog default is unchanged: (255, 0, 0) is Y 76, U 90, V 255.
-ok "$Z" convert rgb.ppm a.yuv --to yuv444p --matrix analog
-same "to yuv444p analog" "$(bytes a.yuv | cut -d' ' -f1,4,7)" "76 90 255"
+# Analog YUV: (255, 0, 0) is Y 76, U 90, V 255.
+ok "$Z" convert rgb.ppm a.yuv --to yuv444p --matrix yuv
+same "to yuv444p yuv" "$(bytes a.yuv | cut -d' ' -f1,4,7)" "76 90 255"
 # Back: (138, 157, 154) -> (183, 109, 200) (76282 set, rounded); (16, 128, 128) -> black.
 raw 138 16 157 128 154 128 > r.yuv
 ok "$Z" convert r.yuv r.ppm --from yuv444p --matrix bt601 --size 2x1
 same "from yuv444p bt601" "$(samples r.ppm)" "183 109 200 0 0 0"
-bad 2 x.yuv 'yuv444p' "$Z" convert rgb.ppm x.yuv --to i420 --matrix bt601
-bad 2 x.yuv 'analog or bt601' "$Z" convert rgb.ppm x.yuv --to yuv444p --matrix bt709
+bad 2 x.yuv 'no YUV444P form for --to' "$Z" convert rgb.ppm x.yuv --to yuv444p --matrix bt709
 bad 1 x.ppm 'needs' "$Z" convert s.yuv x.ppm --from yuv444p --matrix bt601 --size 2x2
 
 [[ $fails == 0 ]] || exit 1

@@ -58,15 +58,18 @@ def test_demosaic_equals_tool(tmp_path, method, dtype):
 
 
 @needs_tool
-@pytest.mark.parametrize("sampling,fmt", [("444", "yuv444p"), ("422", "yuv422p"), ("420", "i420")])
-def test_rgb_to_yuv_equals_tool(tmp_path, sampling, fmt):
+@pytest.mark.parametrize("sampling,fmt,matrix", [(s, f, m) for s, f in (("444", "yuv444p"), ("422", "yuv422p"),
+                                                                         ("420", "i420")) for m in ("yuv", "bt601")]
+                         + [("420", "i420", "bt709")])
+def test_rgb_to_yuv_equals_tool(tmp_path, sampling, fmt, matrix):
     img = rng.integers(0, 256, (18, 30, 3), dtype=np.uint8)
     write_pnm(tmp_path / "in.ppm", img)
-    tool("convert", tmp_path / "in.ppm", tmp_path / "out.yuv", "--to", fmt)
-    planes = zilcc.rgb_to_yuv(img, sampling)
+    tool("convert", tmp_path / "in.ppm", tmp_path / "out.yuv", "--to", fmt, "--matrix", matrix)
+    planes = zilcc.rgb_to_yuv(img, sampling, matrix)
     assert b"".join(p.tobytes() for p in planes) == (tmp_path / "out.yuv").read_bytes()
-    tool("convert", tmp_path / "out.yuv", tmp_path / "back.ppm", "--from", fmt, "--size", "30x18")
-    np.testing.assert_array_equal(zilcc.yuv_to_rgb(*planes, sampling=sampling), read_pnm(tmp_path / "back.ppm"))
+    tool("convert", tmp_path / "out.yuv", tmp_path / "back.ppm", "--from", fmt, "--size", "30x18", "--matrix", matrix)
+    np.testing.assert_array_equal(zilcc.yuv_to_rgb(*planes, sampling=sampling, matrix=matrix),
+                                  read_pnm(tmp_path / "back.ppm"))
 
 
 def test_low_level_statuses_raise_and_warn():
