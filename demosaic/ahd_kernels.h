@@ -39,7 +39,7 @@ constexpr int32_t GreenEstimate(int32_t p, int32_t a, int32_t b, int32_t u, int3
 
 template <class T>
 constexpr T ClampSample(int32_t v) {
-    return static_cast<T>(v < 0 ? 0 : (v > AhdDepth<T>::kMax ? AhdDepth<T>::kMax : v));
+    return static_cast<T>(Min(Max(v, 0), AhdDepth<T>::kMax));
 }
 
 // Luma and signed chroma of one candidate pixel; the same weights at both
@@ -180,32 +180,44 @@ void CompleteRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     T* __restrict dv = J.Line(rt.red ? BlueV(cs) : RedV(cs));
     T* __restrict dh = J.Line(rt.red ? BlueH(cs) : RedH(cs));
 
-    // Green site: C from the row neighbours (C sites), D from the column
-    // neighbours (D sites of rows j -+ 1).
-    auto green = [&](int32_t i) {
-        const int32_t cl = cv[i - 1], cr = cv[i + 1];
-        const int32_t ru = rawU[i], rd = rawD[i];
-        ch[i] = ClampSample<T>(gh[i] + (((cl - gh[i - 1]) + (cr - gh[i + 1])) >> 1));
-        cv[i] = ClampSample<T>(gv[i] + (((cl - gv[i - 1]) + (cr - gv[i + 1])) >> 1));
-        dh[i] = ClampSample<T>(gh[i] + (((ru + rd) - (ghu[i] + ghd[i])) >> 1));
-        dv[i] = ClampSample<T>(gv[i] + (((ru + rd) - (gvu[i] + gvd[i])) >> 1));
-    };
-    // C site: C is the raw sample; D from the four diagonal D sites.
-    auto colour = [&](int32_t i) {
-        ch[i] = cv[i];
-        const int32_t sr = rawU[i - 1] + rawU[i + 1] + rawD[i - 1] + rawD[i + 1];
-        dh[i] = ClampSample<T>(gh[i] + ((sr - (ghu[i - 1] + ghu[i + 1] + ghd[i - 1] + ghd[i + 1])) >> 2));
-        dv[i] = ClampSample<T>(gv[i] + ((sr - (gvu[i - 1] + gvu[i + 1] + gvd[i - 1] + gvd[i + 1])) >> 2));
-    };
-
-    const int32_t last = J.w + 4;
-    int32_t i = 1;
-    if ((i & 1) != rt.gpar) colour(i++);
-    for (; i + 1 <= last; i += 2) {
-        green(i);
-        colour(i + 1);
+    // Both site rules are worked out at every position of a chunk, straight
+    // loops the vectoriser takes whole, and the row's column parity picks one.
+    // Results wait in the chunk arrays, since the C line is read around each
+    // position while it is updated: its values at C sites, the ones read, never
+    // change, so the order of the updates does not matter.
+    //   green site: C from the row neighbours (C sites), D from the column
+    //               neighbours (D sites of rows j -+ 1);
+    //   C site:     C is the raw sample, D from the four diagonal D sites.
+    const int32_t last = J.w + 4;  // positions 1 .. last
+    for (int32_t i0 = 1; i0 <= last; i0 += kChunk) {
+        const int32_t n = Min(kChunk, last + 1 - i0);
+        T oCh[kChunk], oCv[kChunk], oDh[kChunk], oDv[kChunk];
+        for (int32_t t = 0; t < n; ++t) {
+            const int32_t i = i0 + t;
+            const int32_t own = cv[i], cl = cv[i - 1], cr = cv[i + 1];
+            const int32_t ru = rawU[i], rd = rawD[i];
+            const int32_t sr = rawU[i - 1] + rawU[i + 1] + rawD[i - 1] + rawD[i + 1];
+            const int32_t g = -int32_t((i & 1) == rt.gpar), c = ~g;  // all ones at green sites
+            const int32_t gCh = ClampSample<T>(gh[i] + (((cl - gh[i - 1]) + (cr - gh[i + 1])) >> 1));
+            const int32_t gCv = ClampSample<T>(gv[i] + (((cl - gv[i - 1]) + (cr - gv[i + 1])) >> 1));
+            const int32_t gDh = ClampSample<T>(gh[i] + (((ru + rd) - (ghu[i] + ghd[i])) >> 1));
+            const int32_t gDv = ClampSample<T>(gv[i] + (((ru + rd) - (gvu[i] + gvd[i])) >> 1));
+            const int32_t cDh =
+                ClampSample<T>(gh[i] + ((sr - (ghu[i - 1] + ghu[i + 1] + ghd[i - 1] + ghd[i + 1])) >> 2));
+            const int32_t cDv =
+                ClampSample<T>(gv[i] + ((sr - (gvu[i - 1] + gvu[i + 1] + gvd[i - 1] + gvd[i + 1])) >> 2));
+            oCh[t] = static_cast<T>((gCh & g) | (own & c));
+            oCv[t] = static_cast<T>((gCv & g) | (own & c));
+            oDh[t] = static_cast<T>((gDh & g) | (cDh & c));
+            oDv[t] = static_cast<T>((gDv & g) | (cDv & c));
+        }
+        for (int32_t t = 0; t < n; ++t) {
+            ch[i0 + t] = oCh[t];
+            cv[i0 + t] = oCv[t];
+            dh[i0 + t] = oDh[t];
+            dv[i0 + t] = oDv[t];
+        }
     }
-    if (i <= last) green(i);
 }
 
 // ---- judge ----------------------------------------------------------------------
