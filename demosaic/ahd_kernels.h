@@ -19,6 +19,7 @@
 #pragma once
 
 #include "ahd_members.h"
+#include "cfa_simd.h"
 
 namespace zil::ahd {
 
@@ -72,6 +73,21 @@ inline int32_t ChromaDist(C cb0, C cb1, C cr0, C cr1) {
 }
 
 constexpr int32_t Abs(int32_t v) { return v < 0 ? -v : v; }
+
+// Four 32-bit lanes, loaded and stored at any alignment. Baseline x86-64 has
+// no 32-bit minimum or maximum, so they are masks.
+typedef int32_t I4 __attribute__((vector_size(16)));
+typedef I4 I4Unaligned __attribute__((aligned(4), may_alias));
+inline I4 LoadI4(const int32_t* p) { return *reinterpret_cast<const I4Unaligned*>(p); }
+inline void StoreI4(int32_t* p, I4 v) { *reinterpret_cast<I4Unaligned*>(p) = v; }
+inline I4 MaxI4(I4 a, I4 b) {
+    const I4 m = a > b;
+    return (a & m) | (b & ~m);
+}
+inline I4 MinI4(I4 a, I4 b) {
+    const I4 m = a < b;
+    return (a & m) | (b & ~m);
+}
 
 // Columns per chunk of the judging and selecting stages, whose intermediates
 // live in fixed local arrays.
@@ -256,8 +272,10 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
             }
         // Distances to the right-hand and lower neighbours of each column; the
         // left-hand distance of column t is the right-hand one of t - 1.
-        int32_t yR[2][kChunk + 1], cR[2][kChunk + 1], yU[2][kChunk + 2], cU[2][kChunk + 2], yD[2][kChunk + 2],
-            cD[2][kChunk + 2];
+        // Sized for the 4-lane reads, which run up to three columns past n
+        // (values there are never stored).
+        int32_t yR[2][kChunk + 4], cR[2][kChunk + 4], yU[2][kChunk + 4], cU[2][kChunk + 4], yD[2][kChunk + 4],
+            cD[2][kChunk + 4];
         for (int d = 0; d < 2; ++d) {
             for (int32_t t = 0; t <= n; ++t) {
                 yR[d][t] = Abs(int32_t(Y[d][1][t + 1]) - int32_t(Y[d][1][t]));
@@ -270,17 +288,30 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
                 cD[d][t] = ChromaDist<T>(U[d][2][t], U[d][1][t], V[d][2][t], V[d][1][t]);
             }
         }
-        T* __restrict eo = e + (i0 - 2);
-        for (int32_t t = 1; t <= n; ++t) {
+        // Four columns a step in 32-bit lanes. A comparison gives -1 where it
+        // holds, so each candidate's sum of failed neighbourhood tests is minus
+        // the count of failures, and h[H] - h[V] = (4 - failures of H) - (4 -
+        // failures of V) is the difference of the two sums.
+        int32_t eTmp[kChunk + 4];
+        for (int32_t t = 1; t <= n; t += 4) {
+            const I4 yL0 = LoadI4(&yR[0][t - 1]), yR0 = LoadI4(&yR[0][t]);
+            const I4 cL0 = LoadI4(&cR[0][t - 1]), cR0 = LoadI4(&cR[0][t]);
+            const I4 yU1 = LoadI4(&yU[1][t]), yD1 = LoadI4(&yD[1][t]);
+            const I4 cU1 = LoadI4(&cU[1][t]), cD1 = LoadI4(&cD[1][t]);
             // Thresholds from each candidate's own direction: H along the row, V along the column.
-            const int32_t epsY = Min(Max(yR[0][t - 1], yR[0][t]), Max(yU[1][t], yD[1][t]));
-            const int32_t epsC = Min(Max(cR[0][t - 1], cR[0][t]), Max(cU[1][t], cD[1][t]));
-            int32_t hc[2];
-            for (int d = 0; d < 2; ++d)
-                hc[d] = ((yR[d][t - 1] <= epsY) & (cR[d][t - 1] <= epsC)) + ((yR[d][t] <= epsY) & (cR[d][t] <= epsC)) +
-                        ((yU[d][t] <= epsY) & (cU[d][t] <= epsC)) + ((yD[d][t] <= epsY) & (cD[d][t] <= epsC));
-            eo[t - 1] = static_cast<T>(hc[0] - hc[1]);
+            const I4 epsY = MinI4(MaxI4(yL0, yR0), MaxI4(yU1, yD1));
+            const I4 epsC = MinI4(MaxI4(cL0, cR0), MaxI4(cU1, cD1));
+            auto fails = [&](int d) {
+                const I4 fl = (d ? LoadI4(&yR[1][t - 1]) : yL0) > epsY | (d ? LoadI4(&cR[1][t - 1]) : cL0) > epsC;
+                const I4 fr = (d ? LoadI4(&yR[1][t]) : yR0) > epsY | (d ? LoadI4(&cR[1][t]) : cR0) > epsC;
+                const I4 fu = (d ? yU1 : LoadI4(&yU[0][t])) > epsY | (d ? cU1 : LoadI4(&cU[0][t])) > epsC;
+                const I4 fd = (d ? yD1 : LoadI4(&yD[0][t])) > epsY | (d ? cD1 : LoadI4(&cD[0][t])) > epsC;
+                return (fl + fr) + (fu + fd);
+            };
+            StoreI4(&eTmp[t], fails(0) - fails(1));
         }
+        T* __restrict eo = e + (i0 - 2);
+        for (int32_t t = 1; t <= n; ++t) eo[t - 1] = static_cast<T>(eTmp[t]);
     }
 }
 
@@ -316,7 +347,26 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
             pickH[t] = static_cast<T>(kept >= 0 ? ~0u : 0u);
         }
         T* __restrict o = out + 3 * k0;
-        for (int32_t t = 0; t < n; ++t) {
+        // Whole groups of pixels in lanes, split into even and odd columns,
+        // while a pixel of the row follows the group: its store runs two
+        // elements into that pixel, which its own store then overwrites.
+        using V = typename cfa::Lanes<T>::V;
+        constexpr int32_t kGroup = 2 * cfa::Lanes<T>::kPairs;
+        int32_t t = 0;
+        for (; t + kGroup <= n && k0 + t + kGroup < J.w; t += kGroup) {
+            const int32_t k = k0 + t;
+            const cfa::Split<T> m = cfa::LoadSplit(pickH + t);
+            const V mE = V(m.even != 0), mO = V(m.odd != 0);
+            const cfa::Split<T> r0 = cfa::LoadSplit(rh + k), r1 = cfa::LoadSplit(rv + k);
+            const cfa::Split<T> g0 = cfa::LoadSplit(gh + k), g1 = cfa::LoadSplit(gv + k);
+            const cfa::Split<T> b0 = cfa::LoadSplit(bh + k), b1 = cfa::LoadSplit(bv + k);
+            const cfa::Rgb<V> pE{(r0.even & mE) | (r1.even & ~mE), (g0.even & mE) | (g1.even & ~mE),
+                                 (b0.even & mE) | (b1.even & ~mE)};
+            const cfa::Rgb<V> pO{(r0.odd & mO) | (r1.odd & ~mO), (g0.odd & mO) | (g1.odd & ~mO),
+                                 (b0.odd & mO) | (b1.odd & ~mO)};
+            cfa::StorePairs(o + 3 * t, pE, pO);
+        }
+        for (; t < n; ++t) {
             const int32_t k = k0 + t;
             const T m = pickH[t], nm = static_cast<T>(~m);
             o[3 * t + 0] = static_cast<T>((rh[k] & m) | (rv[k] & nm));
