@@ -126,6 +126,25 @@ constexpr int ColourSlot(int32_t j) { return (j + 3) & 3; }
 // ---- read -----------------------------------------------------------------------
 // Raw samples go to the vertical line of the row's own colour: at its own sites
 // that line keeps them, and completion overwrites only its green sites.
+// Positions lo .. hi of a row whose neighbour columns need no folding: both
+// site rules at every position and the column parity picks, a straight loop
+// the vectoriser takes whole. The five rows are the row itself and the rows
+// 1 and 2 above and below, each offset to the row's first extended column.
+template <class T>
+void ReadInside(const T* __restrict s0, const T* __restrict su1, const T* __restrict sd1, const T* __restrict su2,
+                const T* __restrict sd2, T* __restrict raw, T* __restrict gh, T* __restrict gv, int32_t lo,
+                int32_t hi, int32_t gpar) {
+    for (int32_t i = lo; i <= hi; ++i) {
+        const int32_t p = s0[i];
+        const int32_t g = -int32_t((i & 1) == gpar), o = ~g;  // all ones at green sites
+        const int32_t eh = GreenEstimate(p, s0[i - 1], s0[i + 1], s0[i - 2], s0[i + 2]);
+        const int32_t ev = GreenEstimate(p, su1[i], sd1[i], su2[i], sd2[i]);
+        raw[i] = static_cast<T>(p);
+        gh[i] = static_cast<T>((p & g) | (eh & o));
+        gv[i] = static_cast<T>((p & g) | (ev & o));
+    }
+}
+
 template <class T>
 void ReadRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     const int32_t r = J.y - 3 + j;
@@ -160,19 +179,8 @@ void ReadRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     const int32_t lo = Max(0, 5 - J.x);
     const int32_t hi = Max(lo - 1, Min(n - 1, mx + 1 - J.x));
     for (int32_t i = 0; i < Min(lo, n); ++i) folded(i);
-    int32_t i = lo;
-    if (i <= hi && (i & 1) != rt.gpar) {
-        const int32_t c = c0 + i;
-        colour(i, c, c - 1, c + 1, c - 2, c + 2);
-        ++i;
-    }
-    for (; i + 1 <= hi; i += 2) {
-        const int32_t c = c0 + i;
-        green(i, c);
-        colour(i + 1, c + 1, c, c + 2, c - 1, c + 3);
-    }
-    if (i <= hi) green(i, c0 + i);
-    for (i = hi + 1; i < n; ++i) folded(i);
+    if (lo <= hi) ReadInside(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, lo, hi, rt.gpar);
+    for (int32_t i = hi + 1; i < n; ++i) folded(i);
 }
 
 // ---- complete ---------------------------------------------------------------------
