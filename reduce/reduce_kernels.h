@@ -254,50 +254,130 @@ inline float DiffuseOne(float v, float e, float limit, const Scales& k, const Ba
     return d;
 }
 
-// Error rows of one channel row; element 0 of each, with zero margins around.
-struct FsRows { const float* prev; float* cur; };
-struct StRows { const float* prev2; const float* prev1; float* cur; };
+// ---- rows in flight together ---------------------------------------------------
+// One row's chain of errors is serial, but pixel x of a row needs the row above
+// only up to x + 1 (x + 2 for the twelve-neighbour kernels). So up to
+// kGroupMax consecutive rows of the walk advance together, each Lag pixels
+// behind the one above; every value is computed by the same operations in the
+// same order as one row at a time, while the processor overlaps the chains.
+inline constexpr int kGroupMax = 4;
 
-// Floyd-Steinberg: 7 to the right, 3, 5, 1 to the row below (seen from the
-// receiving pixel: 1, 5, 3 from the row above, 7 from the left).
-template <const Pair& P, int S, bool Noise>
-inline void FsRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, FsRows r, int width, const Scales& kIn,
-                  const BaseTabs* tabs, const NoiseTab& nz, int y) {
-    const Scales k = kIn;
-    const float* __restrict prev = r.prev;
-    float* __restrict cur = r.cur;
-    const float half = 0.5f * k.step;
-    float left = cur[-1];
-    for (int x = 0; x < width; ++x) {
-        const float e = (((prev[x + 1] * 3.0f + prev[x] * 5.0f) + prev[x - 1]) + left * 7.0f) * 0.0625f;
-        const float limit = Noise ? nz.at(x, y) : half;
-        left = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, tabs, d + x * S);
-        cur[x] = left;
-    }
+// Consecutive rows of the walk: source and destination of each, and its row
+// index y in its channel (the noise table is indexed by it).
+template <const Pair& P>
+struct RowGroup {
+    const SrcT<P>* s[kGroupMax];
+    DstT<P>* d[kGroupMax];
+    int y[kGroupMax];
+    int n;
+};
+
+// An error row as a row of the group sees it: a whole buffer row (mask all
+// ones; its zero margins included) or a ring of the last few errors of a row
+// in flight (mask: ring size - 1). A ring's entries for columns -2, -1 start at
+// zero, and its row writes zeros for columns w and w + 1 once it is done, so
+// the margins read as zero there too.
+struct ErrView {
+    float* p;
+    int32_t m;
+    float& at(int x) const { return p[x & m]; }
+};
+
+// Steps the K rows through the columns, Lag apart: pixel(r, x) does pixel x
+// of row r; finish(r) runs once row r has done its last pixel, before the row
+// below reads past it. The middle stretch, where every row is inside the
+// image, runs without bounds checks.
+template <int K, int Lag, class Pixel, class Finish>
+inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
+    const int a = Lag * (K - 1), b = width > a ? width : a, end = width + Lag * (K - 1);
+    auto checked = [&](int X) {
+        for (int r = 0; r < K; ++r) {
+            const int x = X - Lag * r;
+            if (x >= 0 && x < width) pixel(r, x);
+            if (x == width) finish(r);
+        }
+    };
+    for (int X = 0; X < a; ++X) checked(X);
+    for (int X = a; X < b; ++X)
+        for (int r = 0; r < K; ++r) pixel(r, X - Lag * r);
+    for (int X = b; X < end; ++X) checked(X);
 }
 
-// Twelve neighbours: weights 1 w3 w5 w3 1 two rows up, w3 w5 w7 w5 w3 one row
-// up, w5 w7 from the left, grouped and summed in this order.
-template <const Pair& P, int S, bool Noise>
-inline void StRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, StRows r, int width, const Scales& kIn,
-                  const BaseTabs* tabs, const Weights12& wt, const NoiseTab& nz, int y) {
+// Floyd-Steinberg: 7 to the right, 3, 5, 1 to the row below (seen from the
+// receiving pixel: 1, 5, 3 from the row above, 7 from the left). The group's
+// first row reads the buffer row `prev`; its last row writes its errors back
+// into `prev`, two columns behind the first row's reads, for the next group.
+// A lone row (the walk's last) keeps its errors in a ring.
+template <const Pair& P, int S, bool Noise, int K>
+inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const NoiseTab& nz) {
     const Scales k = kIn;
-    const float* __restrict p2 = r.prev2;
-    const float* __restrict p1 = r.prev1;
-    float* __restrict cur = r.cur;
     const float half = 0.5f * k.step;
-    float l2 = cur[-2], l1 = cur[-1];
-    for (int x = 0; x < width; ++x) {
-        const float A = ((p2[x] + p1[x - 1]) + p1[x + 1]) + l2;
-        const float B = p1[x] + l1;
-        const float C = p2[x - 2] + p2[x + 2];
-        const float D = ((p2[x - 1] + p2[x + 1]) + p1[x - 2]) + p1[x + 2];
-        const float e = (D * wt.w3 + (A * wt.w5 + (B * wt.w7 + C))) * wt.wInv;
-        const float limit = Noise ? nz.at(x, y) : half;
-        const float err = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, tabs, d + x * S);
-        cur[x] = err;
-        l2 = l1, l1 = err;
+    float ring[K][8] = {};
+    ErrView in[K], out[K];
+    for (int r = 0; r < K; ++r) {
+        out[r] = r == K - 1 && K > 1 ? ErrView{prev, -1} : ErrView{ring[r], 7};
+        in[r] = r == 0 ? ErrView{prev, -1} : out[r - 1];
     }
+    float left[K] = {};
+    Wavefront<K, 2>(
+        width,
+        [&](int r, int x) {
+            const ErrView a = in[r];
+            const float e = (((a.at(x + 1) * 3.0f + a.at(x) * 5.0f) + a.at(x - 1)) + left[r] * 7.0f) * 0.0625f;
+            const float limit = Noise ? nz.at(x, g.y[r]) : half;
+            left[r] = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
+            out[r].at(x) = left[r];
+        },
+        [&](int r) { out[r].at(width) = 0.0f; });
+}
+
+// The buffer rows of the twelve-neighbour kernels: the two rows above the
+// group and a spare one.
+struct StBufs {
+    float* prev2;
+    float* prev1;
+    float* spare;
+};
+
+// Twelve neighbours: weights 1 w3 w5 w3 1 two rows up, w3 w5 w7 w5 w3 one row
+// up, w5 w7 from the left, grouped and summed in this order. Of a group of
+// two or more, the next-to-last row writes the spare buffer row and the last
+// row writes prev2 in place, three columns behind the first row's reads; the
+// caller then rotates the rows (spare, prev2, prev1).
+template <const Pair& P, int S, bool Noise, int K>
+inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const Weights12& wt, const NoiseTab& nz) {
+    const Scales k = kIn;
+    const float half = 0.5f * k.step;
+    float ring[K][16] = {};
+    ErrView up2[K], up1[K], out[K];
+    for (int r = 0; r < K; ++r) {
+        if (K > 1 && r == K - 1)
+            out[r] = ErrView{b.prev2, -1};
+        else if (K > 1 && r == K - 2)
+            out[r] = ErrView{b.spare, -1};
+        else
+            out[r] = ErrView{ring[r], 15};
+        up2[r] = r == 0 ? ErrView{b.prev2, -1} : r == 1 ? ErrView{b.prev1, -1} : out[r - 2];
+        up1[r] = r == 0 ? ErrView{b.prev1, -1} : out[r - 1];
+    }
+    float l2[K] = {}, l1[K] = {};
+    Wavefront<K, 3>(
+        width,
+        [&](int r, int x) {
+            const ErrView p2 = up2[r], p1 = up1[r];
+            const float A = ((p2.at(x) + p1.at(x - 1)) + p1.at(x + 1)) + l2[r];
+            const float B = p1.at(x) + l1[r];
+            const float C = p2.at(x - 2) + p2.at(x + 2);
+            const float D = ((p2.at(x - 1) + p2.at(x + 1)) + p1.at(x - 2)) + p1.at(x + 2);
+            const float e = (D * wt.w3 + (A * wt.w5 + (B * wt.w7 + C))) * wt.wInv;
+            const float limit = Noise ? nz.at(x, g.y[r]) : half;
+            const float err = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
+            out[r].at(x) = err;
+            l2[r] = l1[r], l1[r] = err;
+        },
+        [&](int r) { out[r].at(width) = out[r].at(width + 1) = 0.0f; });
 }
 
 // ---- noise set-up ------------------------------------------------------------------
