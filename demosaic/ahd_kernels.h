@@ -310,10 +310,12 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
             const I4 epsY = MinI4(MaxI4(yL0, yR0), MaxI4(yU1, yD1));
             const I4 epsC = MinI4(MaxI4(cL0, cR0), MaxI4(cU1, cD1));
             auto fails = [&](int d) {
-                const I4 fl = (d ? LoadI4(&yR[1][t - 1]) : yL0) > epsY | (d ? LoadI4(&cR[1][t - 1]) : cL0) > epsC;
-                const I4 fr = (d ? LoadI4(&yR[1][t]) : yR0) > epsY | (d ? LoadI4(&cR[1][t]) : cR0) > epsC;
-                const I4 fu = (d ? yU1 : LoadI4(&yU[0][t])) > epsY | (d ? cU1 : LoadI4(&cU[0][t])) > epsC;
-                const I4 fd = (d ? yD1 : LoadI4(&yD[0][t])) > epsY | (d ? cD1 : LoadI4(&cD[0][t])) > epsC;
+                const I4 yl = d ? LoadI4(&yR[1][t - 1]) : yL0, cl = d ? LoadI4(&cR[1][t - 1]) : cL0;
+                const I4 yr = d ? LoadI4(&yR[1][t]) : yR0, cr = d ? LoadI4(&cR[1][t]) : cR0;
+                const I4 yu = d ? yU1 : LoadI4(&yU[0][t]), cu = d ? cU1 : LoadI4(&cU[0][t]);
+                const I4 yd = d ? yD1 : LoadI4(&yD[0][t]), cd = d ? cD1 : LoadI4(&cD[0][t]);
+                const I4 fl = (yl > epsY) | (cl > epsC), fr = (yr > epsY) | (cr > epsC);
+                const I4 fu = (yu > epsY) | (cu > epsC), fd = (yd > epsY) | (cd > epsC);
                 return (fl + fr) + (fu + fd);
             };
             StoreI4(&eTmp[t], fails(0) - fails(1));

@@ -223,8 +223,9 @@ inline void BuildBaseTabs(BaseTabs& t, uint32_t levelsMax, float step) {
 // One element: t = v + e; saturated values drop their error; otherwise the
 // level below, or the one above when the remainder exceeds the limit, and the
 // signed remainder that goes on to the neighbours.
+// Always inlined: the rows in flight are only overlapped within one body.
 template <const Pair& P>
-inline float DiffuseOne(float v, float e, float limit, const Scales& k, const BaseTabs* tabs, DstT<P>* out) {
+__attribute__((always_inline)) inline float DiffuseOne(float v, float e, float limit, const Scales& k, const BaseTabs* tabs, DstT<P>* out) {
     const float t = v + e;
     if (t >= k.top) {
         St(out, kTopOut<P>);
@@ -276,30 +277,42 @@ struct RowGroup {
 // ones; its zero margins included) or a ring of the last few errors of a row
 // in flight (mask: ring size - 1). A ring's entries for columns -2, -1 start at
 // zero, and its row writes zeros for columns w and w + 1 once it is done, so
-// the margins read as zero there too.
+// the margins read as zero there too. Masks are known when compiling.
+template <int32_t M>
 struct ErrView {
     float* p;
-    int32_t m;
-    float& at(int x) const { return p[x & m]; }
+    float& at(int x) const { return p[x & M]; }
 };
 
-// Steps the K rows through the columns, Lag apart: pixel(r, x) does pixel x
-// of row r; finish(r) runs once row r has done its last pixel, before the row
-// below reads past it. The middle stretch, where every row is inside the
-// image, runs without bounds checks.
+// Row r of a group, as a type, so that each row's views are fixed when compiling.
+template <int R>
+struct RowIx {
+    static constexpr int r = R;
+};
+template <int R, int K, class F>
+inline void ForRows(F&& f) {
+    if constexpr (R < K) {
+        f(RowIx<R>{});
+        ForRows<R + 1, K>(f);
+    }
+}
+
+// Steps the K rows through the columns, Lag apart: pixel(row, x) does pixel
+// x of a row; finish(row) runs once the row has done its last pixel, before
+// the row below reads past it. The middle stretch, where every row is inside
+// the image, runs without bounds checks.
 template <int K, int Lag, class Pixel, class Finish>
 inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
     const int a = Lag * (K - 1), b = width > a ? width : a, end = width + Lag * (K - 1);
     auto checked = [&](int X) {
-        for (int r = 0; r < K; ++r) {
-            const int x = X - Lag * r;
-            if (x >= 0 && x < width) pixel(r, x);
-            if (x == width) finish(r);
-        }
+        ForRows<0, K>([&](auto row) {
+            const int x = X - Lag * decltype(row)::r;
+            if (x >= 0 && x < width) pixel(row, x);
+            if (x == width) finish(row);
+        });
     };
     for (int X = 0; X < a; ++X) checked(X);
-    for (int X = a; X < b; ++X)
-        for (int r = 0; r < K; ++r) pixel(r, X - Lag * r);
+    for (int X = a; X < b; ++X) ForRows<0, K>([&](auto row) { pixel(row, X - Lag * decltype(row)::r); });
     for (int X = b; X < end; ++X) checked(X);
 }
 
@@ -308,28 +321,31 @@ inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
 // first row reads the buffer row `prev`; its last row writes its errors back
 // into `prev`, two columns behind the first row's reads, for the next group.
 // A lone row (the walk's last) keeps its errors in a ring.
+template <int K>
+constexpr int32_t FsOutMask(int r) { return K > 1 && r == K - 1 ? -1 : 7; }
+template <int K>
+constexpr int32_t FsInMask(int r) { return r == 0 ? -1 : FsOutMask<K>(r - 1); }
+
 template <const Pair& P, int S, bool Noise, int K>
 inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
                     const NoiseTab& nz) {
     const Scales k = kIn;
     const float half = 0.5f * k.step;
     float ring[K][8] = {};
-    ErrView in[K], out[K];
-    for (int r = 0; r < K; ++r) {
-        out[r] = r == K - 1 && K > 1 ? ErrView{prev, -1} : ErrView{ring[r], 7};
-        in[r] = r == 0 ? ErrView{prev, -1} : out[r - 1];
-    }
+    float* out[K];
+    for (int r = 0; r < K; ++r) out[r] = K > 1 && r == K - 1 ? prev : ring[r];
     float left[K] = {};
     Wavefront<K, 2>(
         width,
-        [&](int r, int x) {
-            const ErrView a = in[r];
+        [&](auto row, int x) {
+            constexpr int r = decltype(row)::r;
+            const ErrView<FsInMask<K>(r)> a{r == 0 ? prev : out[r > 0 ? r - 1 : 0]};
             const float e = (((a.at(x + 1) * 3.0f + a.at(x) * 5.0f) + a.at(x - 1)) + left[r] * 7.0f) * 0.0625f;
             const float limit = Noise ? nz.at(x, g.y[r]) : half;
             left[r] = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
-            out[r].at(x) = left[r];
+            ErrView<FsOutMask<K>(r)>{out[r]}.at(x) = left[r];
         },
-        [&](int r) { out[r].at(width) = 0.0f; });
+        [&](auto row) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
 }
 
 // The buffer rows of the twelve-neighbour kernels: the two rows above the
@@ -345,28 +361,28 @@ struct StBufs {
 // two or more, the next-to-last row writes the spare buffer row and the last
 // row writes prev2 in place, three columns behind the first row's reads; the
 // caller then rotates the rows (spare, prev2, prev1).
+template <int K>
+constexpr int32_t StOutMask(int r) { return K > 1 && r >= K - 2 ? -1 : 15; }
+template <int K>
+constexpr int32_t StUp1Mask(int r) { return r == 0 ? -1 : StOutMask<K>(r - 1); }
+template <int K>
+constexpr int32_t StUp2Mask(int r) { return r <= 1 ? -1 : StOutMask<K>(r - 2); }
+
 template <const Pair& P, int S, bool Noise, int K>
 inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
                     const Weights12& wt, const NoiseTab& nz) {
     const Scales k = kIn;
     const float half = 0.5f * k.step;
     float ring[K][16] = {};
-    ErrView up2[K], up1[K], out[K];
-    for (int r = 0; r < K; ++r) {
-        if (K > 1 && r == K - 1)
-            out[r] = ErrView{b.prev2, -1};
-        else if (K > 1 && r == K - 2)
-            out[r] = ErrView{b.spare, -1};
-        else
-            out[r] = ErrView{ring[r], 15};
-        up2[r] = r == 0 ? ErrView{b.prev2, -1} : r == 1 ? ErrView{b.prev1, -1} : out[r - 2];
-        up1[r] = r == 0 ? ErrView{b.prev1, -1} : out[r - 1];
-    }
+    float* out[K];
+    for (int r = 0; r < K; ++r) out[r] = K > 1 && r == K - 1 ? b.prev2 : K > 1 && r == K - 2 ? b.spare : ring[r];
     float l2[K] = {}, l1[K] = {};
     Wavefront<K, 3>(
         width,
-        [&](int r, int x) {
-            const ErrView p2 = up2[r], p1 = up1[r];
+        [&](auto row, int x) {
+            constexpr int r = decltype(row)::r;
+            const ErrView<StUp2Mask<K>(r)> p2{r == 0 ? b.prev2 : r == 1 ? b.prev1 : out[r > 1 ? r - 2 : 0]};
+            const ErrView<StUp1Mask<K>(r)> p1{r == 0 ? b.prev1 : out[r > 0 ? r - 1 : 0]};
             const float A = ((p2.at(x) + p1.at(x - 1)) + p1.at(x + 1)) + l2[r];
             const float B = p1.at(x) + l1[r];
             const float C = p2.at(x - 2) + p2.at(x + 2);
@@ -374,10 +390,13 @@ inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn
             const float e = (D * wt.w3 + (A * wt.w5 + (B * wt.w7 + C))) * wt.wInv;
             const float limit = Noise ? nz.at(x, g.y[r]) : half;
             const float err = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
-            out[r].at(x) = err;
+            ErrView<StOutMask<K>(r)>{out[r]}.at(x) = err;
             l2[r] = l1[r], l1[r] = err;
         },
-        [&](int r) { out[r].at(width) = out[r].at(width + 1) = 0.0f; });
+        [&](auto row) {
+            const ErrView<StOutMask<K>(decltype(row)::r)> o{out[decltype(row)::r]};
+            o.at(width) = o.at(width + 1) = 0.0f;
+        });
 }
 
 // ---- noise set-up ------------------------------------------------------------------
