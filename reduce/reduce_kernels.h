@@ -257,11 +257,15 @@ __attribute__((always_inline)) inline float DiffuseOne(float v, float e, float l
 
 // ---- rows in flight together ---------------------------------------------------
 // One row's chain of errors is serial, but pixel x of a row needs the row above
-// only up to x + 1 (x + 2 for the twelve-neighbour kernels). So up to
-// kGroupMax consecutive rows of the walk advance together, each Lag pixels
-// behind the one above; every value is computed by the same operations in the
-// same order as one row at a time, while the processor overlaps the chains.
-inline constexpr int kGroupMax = 4;
+// only up to x + 1 (x + 2 for the twelve-neighbour kernels). So a group of
+// consecutive rows of the walk advance together, each Lag pixels behind the
+// one above; every value is computed by the same operations in the same order
+// as one row at a time, while the processor overlaps the chains. Group sizes,
+// as measured best: eight rows of the four-neighbour kernel, four of the
+// twelve-neighbour ones (whose rows hold more in registers).
+inline constexpr int kFsRows = 8;
+inline constexpr int kStRows = 4;
+inline constexpr int kGroupMax = kFsRows > kStRows ? kFsRows : kStRows;
 
 // Consecutive rows of the walk: source and destination of each, and its row
 // index y in its channel (the noise table is indexed by it).

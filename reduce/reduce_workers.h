@@ -143,11 +143,12 @@ struct Diffusion {
         for (int i = 0; i < rowFloats; ++i) E[i] = 0.0f;
     }
     // Channels one after another, rows top down, handed out in groups of up
-    // to kGroupMax consecutive rows of this walk. The errors keep flowing
+    // to maxRows consecutive rows of this walk. The errors keep flowing
     // across channels, so the first row of a channel takes in the errors of
     // the last rows of the channel before.
     template <class Group>
-    void Run(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, int height, Group&& group) const {
+    void Run(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, int height, int maxRows,
+             Group&& group) const {
         const ptrdiff_t ss = Bytes<SrcT<P>>(srcStep), ds = Bytes<DstT<P>>(dstStep);
         RowGroup<P> g{};
         for (int c = 0; c < wk.channels; ++c)
@@ -155,7 +156,7 @@ struct Diffusion {
                 g.s[g.n] = AdvanceT(src, ptrdiff_t(y) * ss) + c;
                 g.d[g.n] = AdvanceT(dst, ptrdiff_t(y) * ds) + c;
                 g.y[g.n] = y;
-                if (++g.n == kGroupMax) group(g), g.n = 0;
+                if (++g.n == maxRows) group(g), g.n = 0;
             }
         if (g.n > 0) group(g);
     }
@@ -168,7 +169,7 @@ ZilStatus OwnFs(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     const int w = roi.width;
     const Diffusion<P, Noise> df(buffer, levelsMax, noise, code, 2 * w + 4);
     float* prev = df.E + 1;
-    df.Run(src, srcStep, dst, dstStep, roi.height,
+    df.Run(src, srcStep, dst, dstStep, roi.height, kFsRows,
            [&](const RowGroup<P>& g) { K(g, prev, w, df.wk.stride, df.k, &df.tabs, df.nz); });
     return zilStatusOk;
 }
@@ -180,7 +181,7 @@ ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     const int w = roi.width;
     const Diffusion<P, Noise> df(buffer, levelsMax, noise, code, 3 * w + 12);
     StBufs b{df.E + 2, df.E + w + 6, df.E + 2 * w + 10};
-    df.Run(src, srcStep, dst, dstStep, roi.height, [&](const RowGroup<P>& g) {
+    df.Run(src, srcStep, dst, dstStep, roi.height, kStRows, [&](const RowGroup<P>& g) {
         K(g, b, w, df.wk.stride, df.k, &df.tabs, dither, df.nz);
         // The next-to-last row of the group went to the spare row, the last to prev2.
         b = StBufs{b.spare, b.prev2, b.prev1};
@@ -188,46 +189,41 @@ ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     return zilStatusOk;
 }
 
-// Group kernels dispatch on the pixel stride and the group's size once per group.
-template <const Pair& P, int S, bool Noise>
-inline void FsBySize(const RowGroup<P>& g, float* prev, int w, const Scales& k, const BaseTabs* tabs,
-                     const NoiseTab& nz) {
-    static_assert(kGroupMax == 4, "one case per group size");
-    switch (g.n) {
-        case 4: FsGroup<P, S, Noise, 4>(g, prev, w, k, tabs, nz); break;
-        case 3: FsGroup<P, S, Noise, 3>(g, prev, w, k, tabs, nz); break;
-        case 2: FsGroup<P, S, Noise, 2>(g, prev, w, k, tabs, nz); break;
-        default: FsGroup<P, S, Noise, 1>(g, prev, w, k, tabs, nz); break;
+// Group kernels dispatch on the pixel stride and the group's size once per
+// group; f(RowIx<n>) runs the kernel for a group of n rows.
+template <int K, class F>
+inline void BySize(int n, F&& f) {
+    if constexpr (K >= 1) {
+        if (n == K)
+            f(RowIx<K>{});
+        else
+            BySize<K - 1>(n, f);
     }
 }
 template <const Pair& P, bool Noise>
 inline void FsKernelBody(const RowGroup<P>& g, float* prev, int w, int stride, const Scales& k,
                          const BaseTabs* tabs, const NoiseTab& nz) {
-    switch (stride) {
-        case 1: FsBySize<P, 1, Noise>(g, prev, w, k, tabs, nz); break;
-        case 3: FsBySize<P, 3, Noise>(g, prev, w, k, tabs, nz); break;
-        default: FsBySize<P, 4, Noise>(g, prev, w, k, tabs, nz); break;
-    }
-}
-template <const Pair& P, int S, bool Noise>
-inline void StBySize(const RowGroup<P>& g, StBufs b, int w, const Scales& k, const BaseTabs* tabs,
-                     const Weights12& wt, const NoiseTab& nz) {
-    switch (g.n) {
-        case 4: StGroup<P, S, Noise, 4>(g, b, w, k, tabs, wt, nz); break;
-        case 3: StGroup<P, S, Noise, 3>(g, b, w, k, tabs, wt, nz); break;
-        case 2: StGroup<P, S, Noise, 2>(g, b, w, k, tabs, wt, nz); break;
-        default: StGroup<P, S, Noise, 1>(g, b, w, k, tabs, wt, nz); break;
-    }
+    BySize<kFsRows>(g.n, [&](auto size) {
+        constexpr int n = decltype(size)::r;
+        switch (stride) {
+            case 1: FsGroup<P, 1, Noise, n>(g, prev, w, k, tabs, nz); break;
+            case 3: FsGroup<P, 3, Noise, n>(g, prev, w, k, tabs, nz); break;
+            default: FsGroup<P, 4, Noise, n>(g, prev, w, k, tabs, nz); break;
+        }
+    });
 }
 template <const Pair& P, bool Noise>
 inline void StKernelBody(const RowGroup<P>& g, StBufs b, int w, int stride, const Scales& k, const BaseTabs* tabs,
                          int32_t dither, const NoiseTab& nz) {
     const Weights12& wt = dither == zilDitherStucki ? kStucki : kJarvis;
-    switch (stride) {
-        case 1: StBySize<P, 1, Noise>(g, b, w, k, tabs, wt, nz); break;
-        case 3: StBySize<P, 3, Noise>(g, b, w, k, tabs, wt, nz); break;
-        default: StBySize<P, 4, Noise>(g, b, w, k, tabs, wt, nz); break;
-    }
+    BySize<kStRows>(g.n, [&](auto size) {
+        constexpr int n = decltype(size)::r;
+        switch (stride) {
+            case 1: StGroup<P, 1, Noise, n>(g, b, w, k, tabs, wt, nz); break;
+            case 3: StGroup<P, 3, Noise, n>(g, b, w, k, tabs, wt, nz); break;
+            default: StGroup<P, 4, Noise, n>(g, b, w, k, tabs, wt, nz); break;
+        }
+    });
 }
 
 // ---- check layer ------------------------------------------------------------------------
