@@ -19,6 +19,7 @@
 #pragma once
 
 #include "ahd_members.h"
+#include "cfa_simd.h"
 
 namespace zil::ahd {
 
@@ -39,7 +40,7 @@ constexpr int32_t GreenEstimate(int32_t p, int32_t a, int32_t b, int32_t u, int3
 
 template <class T>
 constexpr T ClampSample(int32_t v) {
-    return static_cast<T>(v < 0 ? 0 : (v > AhdDepth<T>::kMax ? AhdDepth<T>::kMax : v));
+    return static_cast<T>(Min(Max(v, 0), AhdDepth<T>::kMax));
 }
 
 // Luma and signed chroma of one candidate pixel; the same weights at both
@@ -72,6 +73,21 @@ inline int32_t ChromaDist(C cb0, C cb1, C cr0, C cr1) {
 }
 
 constexpr int32_t Abs(int32_t v) { return v < 0 ? -v : v; }
+
+// Four 32-bit lanes, loaded and stored at any alignment. Baseline x86-64 has
+// no 32-bit minimum or maximum, so they are masks.
+typedef int32_t I4 __attribute__((vector_size(16)));
+typedef I4 I4Unaligned __attribute__((aligned(4), may_alias));
+inline I4 LoadI4(const int32_t* p) { return *reinterpret_cast<const I4Unaligned*>(p); }
+inline void StoreI4(int32_t* p, I4 v) { *reinterpret_cast<I4Unaligned*>(p) = v; }
+inline I4 MaxI4(I4 a, I4 b) {
+    const I4 m = a > b;
+    return (a & m) | (b & ~m);
+}
+inline I4 MinI4(I4 a, I4 b) {
+    const I4 m = a < b;
+    return (a & m) | (b & ~m);
+}
 
 // Columns per chunk of the judging and selecting stages, whose intermediates
 // live in fixed local arrays.
@@ -110,6 +126,25 @@ constexpr int ColourSlot(int32_t j) { return (j + 3) & 3; }
 // ---- read -----------------------------------------------------------------------
 // Raw samples go to the vertical line of the row's own colour: at its own sites
 // that line keeps them, and completion overwrites only its green sites.
+// Positions lo .. hi of a row whose neighbour columns need no folding: both
+// site rules at every position and the column parity picks, a straight loop
+// the vectoriser takes whole. The five rows are the row itself and the rows
+// 1 and 2 above and below, each offset to the row's first extended column.
+template <class T>
+void ReadInside(const T* __restrict s0, const T* __restrict su1, const T* __restrict sd1, const T* __restrict su2,
+                const T* __restrict sd2, T* __restrict raw, T* __restrict gh, T* __restrict gv, int32_t lo,
+                int32_t hi, int32_t gpar) {
+    for (int32_t i = lo; i <= hi; ++i) {
+        const int32_t p = s0[i];
+        const int32_t g = -int32_t((i & 1) == gpar), o = ~g;  // all ones at green sites
+        const int32_t eh = GreenEstimate(p, s0[i - 1], s0[i + 1], s0[i - 2], s0[i + 2]);
+        const int32_t ev = GreenEstimate(p, su1[i], sd1[i], su2[i], sd2[i]);
+        raw[i] = static_cast<T>(p);
+        gh[i] = static_cast<T>((p & g) | (eh & o));
+        gv[i] = static_cast<T>((p & g) | (ev & o));
+    }
+}
+
 template <class T>
 void ReadRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     const int32_t r = J.y - 3 + j;
@@ -144,19 +179,8 @@ void ReadRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     const int32_t lo = Max(0, 5 - J.x);
     const int32_t hi = Max(lo - 1, Min(n - 1, mx + 1 - J.x));
     for (int32_t i = 0; i < Min(lo, n); ++i) folded(i);
-    int32_t i = lo;
-    if (i <= hi && (i & 1) != rt.gpar) {
-        const int32_t c = c0 + i;
-        colour(i, c, c - 1, c + 1, c - 2, c + 2);
-        ++i;
-    }
-    for (; i + 1 <= hi; i += 2) {
-        const int32_t c = c0 + i;
-        green(i, c);
-        colour(i + 1, c + 1, c, c + 2, c - 1, c + 3);
-    }
-    if (i <= hi) green(i, c0 + i);
-    for (i = hi + 1; i < n; ++i) folded(i);
+    if (lo <= hi) ReadInside(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, lo, hi, rt.gpar);
+    for (int32_t i = hi + 1; i < n; ++i) folded(i);
 }
 
 // ---- complete ---------------------------------------------------------------------
@@ -180,32 +204,44 @@ void CompleteRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     T* __restrict dv = J.Line(rt.red ? BlueV(cs) : RedV(cs));
     T* __restrict dh = J.Line(rt.red ? BlueH(cs) : RedH(cs));
 
-    // Green site: C from the row neighbours (C sites), D from the column
-    // neighbours (D sites of rows j -+ 1).
-    auto green = [&](int32_t i) {
-        const int32_t cl = cv[i - 1], cr = cv[i + 1];
-        const int32_t ru = rawU[i], rd = rawD[i];
-        ch[i] = ClampSample<T>(gh[i] + (((cl - gh[i - 1]) + (cr - gh[i + 1])) >> 1));
-        cv[i] = ClampSample<T>(gv[i] + (((cl - gv[i - 1]) + (cr - gv[i + 1])) >> 1));
-        dh[i] = ClampSample<T>(gh[i] + (((ru + rd) - (ghu[i] + ghd[i])) >> 1));
-        dv[i] = ClampSample<T>(gv[i] + (((ru + rd) - (gvu[i] + gvd[i])) >> 1));
-    };
-    // C site: C is the raw sample; D from the four diagonal D sites.
-    auto colour = [&](int32_t i) {
-        ch[i] = cv[i];
-        const int32_t sr = rawU[i - 1] + rawU[i + 1] + rawD[i - 1] + rawD[i + 1];
-        dh[i] = ClampSample<T>(gh[i] + ((sr - (ghu[i - 1] + ghu[i + 1] + ghd[i - 1] + ghd[i + 1])) >> 2));
-        dv[i] = ClampSample<T>(gv[i] + ((sr - (gvu[i - 1] + gvu[i + 1] + gvd[i - 1] + gvd[i + 1])) >> 2));
-    };
-
-    const int32_t last = J.w + 4;
-    int32_t i = 1;
-    if ((i & 1) != rt.gpar) colour(i++);
-    for (; i + 1 <= last; i += 2) {
-        green(i);
-        colour(i + 1);
+    // Both site rules are worked out at every position of a chunk, straight
+    // loops the vectoriser takes whole, and the row's column parity picks one.
+    // Results wait in the chunk arrays, since the C line is read around each
+    // position while it is updated: its values at C sites, the ones read, never
+    // change, so the order of the updates does not matter.
+    //   green site: C from the row neighbours (C sites), D from the column
+    //               neighbours (D sites of rows j -+ 1);
+    //   C site:     C is the raw sample, D from the four diagonal D sites.
+    const int32_t last = J.w + 4;  // positions 1 .. last
+    for (int32_t i0 = 1; i0 <= last; i0 += kChunk) {
+        const int32_t n = Min(kChunk, last + 1 - i0);
+        T oCh[kChunk], oCv[kChunk], oDh[kChunk], oDv[kChunk];
+        for (int32_t t = 0; t < n; ++t) {
+            const int32_t i = i0 + t;
+            const int32_t own = cv[i], cl = cv[i - 1], cr = cv[i + 1];
+            const int32_t ru = rawU[i], rd = rawD[i];
+            const int32_t sr = rawU[i - 1] + rawU[i + 1] + rawD[i - 1] + rawD[i + 1];
+            const int32_t g = -int32_t((i & 1) == rt.gpar), c = ~g;  // all ones at green sites
+            const int32_t gCh = ClampSample<T>(gh[i] + (((cl - gh[i - 1]) + (cr - gh[i + 1])) >> 1));
+            const int32_t gCv = ClampSample<T>(gv[i] + (((cl - gv[i - 1]) + (cr - gv[i + 1])) >> 1));
+            const int32_t gDh = ClampSample<T>(gh[i] + (((ru + rd) - (ghu[i] + ghd[i])) >> 1));
+            const int32_t gDv = ClampSample<T>(gv[i] + (((ru + rd) - (gvu[i] + gvd[i])) >> 1));
+            const int32_t cDh =
+                ClampSample<T>(gh[i] + ((sr - (ghu[i - 1] + ghu[i + 1] + ghd[i - 1] + ghd[i + 1])) >> 2));
+            const int32_t cDv =
+                ClampSample<T>(gv[i] + ((sr - (gvu[i - 1] + gvu[i + 1] + gvd[i - 1] + gvd[i + 1])) >> 2));
+            oCh[t] = static_cast<T>((gCh & g) | (own & c));
+            oCv[t] = static_cast<T>((gCv & g) | (own & c));
+            oDh[t] = static_cast<T>((gDh & g) | (cDh & c));
+            oDv[t] = static_cast<T>((gDv & g) | (cDv & c));
+        }
+        for (int32_t t = 0; t < n; ++t) {
+            ch[i0 + t] = oCh[t];
+            cv[i0 + t] = oCv[t];
+            dh[i0 + t] = oDh[t];
+            dv[i0 + t] = oDv[t];
+        }
     }
-    if (i <= last) green(i);
 }
 
 // ---- judge ----------------------------------------------------------------------
@@ -244,8 +280,10 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
             }
         // Distances to the right-hand and lower neighbours of each column; the
         // left-hand distance of column t is the right-hand one of t - 1.
-        int32_t yR[2][kChunk + 1], cR[2][kChunk + 1], yU[2][kChunk + 2], cU[2][kChunk + 2], yD[2][kChunk + 2],
-            cD[2][kChunk + 2];
+        // Sized for the 4-lane reads, which run up to three columns past n
+        // (values there are never stored).
+        int32_t yR[2][kChunk + 4], cR[2][kChunk + 4], yU[2][kChunk + 4], cU[2][kChunk + 4], yD[2][kChunk + 4],
+            cD[2][kChunk + 4];
         for (int d = 0; d < 2; ++d) {
             for (int32_t t = 0; t <= n; ++t) {
                 yR[d][t] = Abs(int32_t(Y[d][1][t + 1]) - int32_t(Y[d][1][t]));
@@ -258,17 +296,32 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
                 cD[d][t] = ChromaDist<T>(U[d][2][t], U[d][1][t], V[d][2][t], V[d][1][t]);
             }
         }
-        T* __restrict eo = e + (i0 - 2);
-        for (int32_t t = 1; t <= n; ++t) {
+        // Four columns a step in 32-bit lanes. A comparison gives -1 where it
+        // holds, so each candidate's sum of failed neighbourhood tests is minus
+        // the count of failures, and h[H] - h[V] = (4 - failures of H) - (4 -
+        // failures of V) is the difference of the two sums.
+        int32_t eTmp[kChunk + 4];
+        for (int32_t t = 1; t <= n; t += 4) {
+            const I4 yL0 = LoadI4(&yR[0][t - 1]), yR0 = LoadI4(&yR[0][t]);
+            const I4 cL0 = LoadI4(&cR[0][t - 1]), cR0 = LoadI4(&cR[0][t]);
+            const I4 yU1 = LoadI4(&yU[1][t]), yD1 = LoadI4(&yD[1][t]);
+            const I4 cU1 = LoadI4(&cU[1][t]), cD1 = LoadI4(&cD[1][t]);
             // Thresholds from each candidate's own direction: H along the row, V along the column.
-            const int32_t epsY = Min(Max(yR[0][t - 1], yR[0][t]), Max(yU[1][t], yD[1][t]));
-            const int32_t epsC = Min(Max(cR[0][t - 1], cR[0][t]), Max(cU[1][t], cD[1][t]));
-            int32_t hc[2];
-            for (int d = 0; d < 2; ++d)
-                hc[d] = ((yR[d][t - 1] <= epsY) & (cR[d][t - 1] <= epsC)) + ((yR[d][t] <= epsY) & (cR[d][t] <= epsC)) +
-                        ((yU[d][t] <= epsY) & (cU[d][t] <= epsC)) + ((yD[d][t] <= epsY) & (cD[d][t] <= epsC));
-            eo[t - 1] = static_cast<T>(hc[0] - hc[1]);
+            const I4 epsY = MinI4(MaxI4(yL0, yR0), MaxI4(yU1, yD1));
+            const I4 epsC = MinI4(MaxI4(cL0, cR0), MaxI4(cU1, cD1));
+            auto fails = [&](int d) {
+                const I4 yl = d ? LoadI4(&yR[1][t - 1]) : yL0, cl = d ? LoadI4(&cR[1][t - 1]) : cL0;
+                const I4 yr = d ? LoadI4(&yR[1][t]) : yR0, cr = d ? LoadI4(&cR[1][t]) : cR0;
+                const I4 yu = d ? yU1 : LoadI4(&yU[0][t]), cu = d ? cU1 : LoadI4(&cU[0][t]);
+                const I4 yd = d ? yD1 : LoadI4(&yD[0][t]), cd = d ? cD1 : LoadI4(&cD[0][t]);
+                const I4 fl = (yl > epsY) | (cl > epsC), fr = (yr > epsY) | (cr > epsC);
+                const I4 fu = (yu > epsY) | (cu > epsC), fd = (yd > epsY) | (cd > epsC);
+                return (fl + fr) + (fu + fd);
+            };
+            StoreI4(&eTmp[t], fails(0) - fails(1));
         }
+        T* __restrict eo = e + (i0 - 2);
+        for (int32_t t = 1; t <= n; ++t) eo[t - 1] = static_cast<T>(eTmp[t]);
     }
 }
 
@@ -304,7 +357,26 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
             pickH[t] = static_cast<T>(kept >= 0 ? ~0u : 0u);
         }
         T* __restrict o = out + 3 * k0;
-        for (int32_t t = 0; t < n; ++t) {
+        // Whole groups of pixels in lanes, split into even and odd columns,
+        // while a pixel of the row follows the group: its store runs two
+        // elements into that pixel, which its own store then overwrites.
+        using V = typename cfa::Lanes<T>::V;
+        constexpr int32_t kGroup = 2 * cfa::Lanes<T>::kPairs;
+        int32_t t = 0;
+        for (; t + kGroup <= n && k0 + t + kGroup < J.w; t += kGroup) {
+            const int32_t k = k0 + t;
+            const cfa::Split<T> m = cfa::LoadSplit(pickH + t);
+            const V mE = V(m.even != 0), mO = V(m.odd != 0);
+            const cfa::Split<T> r0 = cfa::LoadSplit(rh + k), r1 = cfa::LoadSplit(rv + k);
+            const cfa::Split<T> g0 = cfa::LoadSplit(gh + k), g1 = cfa::LoadSplit(gv + k);
+            const cfa::Split<T> b0 = cfa::LoadSplit(bh + k), b1 = cfa::LoadSplit(bv + k);
+            const cfa::Rgb<V> pE{(r0.even & mE) | (r1.even & ~mE), (g0.even & mE) | (g1.even & ~mE),
+                                 (b0.even & mE) | (b1.even & ~mE)};
+            const cfa::Rgb<V> pO{(r0.odd & mO) | (r1.odd & ~mO), (g0.odd & mO) | (g1.odd & ~mO),
+                                 (b0.odd & mO) | (b1.odd & ~mO)};
+            cfa::StorePairs(o + 3 * t, pE, pO);
+        }
+        for (; t < n; ++t) {
             const int32_t k = k0 + t;
             const T m = pickH[t], nm = static_cast<T>(~m);
             o[3 * t + 0] = static_cast<T>((rh[k] & m) | (rv[k] & nm));

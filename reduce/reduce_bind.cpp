@@ -38,24 +38,23 @@ namespace {
                                                             const NoiseTab& nz, int y, const Scales& k, int32_t) { \
         BayerNoiseRow<M, 4, 4>(s, d, w, nz, y, k);                                                                 \
     }                                                                                                              \
-    ZIL_IMPL void mx_innerReduceBits_fs_##PAIR(const SrcT<M>* s, DstT<M>* d, FsRows r, int w, int stride,           \
-                                               const Scales& k, const BaseTabs* t, const NoiseTab& nz, int y) {    \
-        FsKernelBody<M, false>(s, d, r, w, stride, k, t, nz, y);                                                   \
+    ZIL_IMPL void mx_innerReduceBits_fs_##PAIR(const RowGroup<M>& g, float* prev, int w, int stride,                \
+                                               const Scales& k, const BaseTabs* t, const NoiseTab& nz) {           \
+        FsKernelBody<M, false>(g, prev, w, stride, k, t, nz);                                                      \
     }                                                                                                              \
-    ZIL_IMPL void mx_innerReduceBits_fs_noise_##PAIR(const SrcT<M>* s, DstT<M>* d, FsRows r, int w, int stride,     \
-                                                     const Scales& k, const BaseTabs* t, const NoiseTab& nz,       \
-                                                     int y) {                                                      \
-        FsKernelBody<M, true>(s, d, r, w, stride, k, t, nz, y);                                                    \
+    ZIL_IMPL void mx_innerReduceBits_fs_noise_##PAIR(const RowGroup<M>& g, float* prev, int w, int stride,          \
+                                                     const Scales& k, const BaseTabs* t, const NoiseTab& nz) {     \
+        FsKernelBody<M, true>(g, prev, w, stride, k, t, nz);                                                       \
     }                                                                                                              \
-    ZIL_IMPL void mx_innerReduceBits_st_jj_##PAIR(const SrcT<M>* s, DstT<M>* d, StRows r, int w, int stride,        \
+    ZIL_IMPL void mx_innerReduceBits_st_jj_##PAIR(const RowGroup<M>& g, StBufs b, int w, int stride,                \
                                                   const Scales& k, const BaseTabs* t, int32_t dither,              \
-                                                  const NoiseTab& nz, int y) {                                     \
-        StKernelBody<M, false>(s, d, r, w, stride, k, t, dither, nz, y);                                           \
+                                                  const NoiseTab& nz) {                                            \
+        StKernelBody<M, false>(g, b, w, stride, k, t, dither, nz);                                                 \
     }                                                                                                              \
-    ZIL_IMPL void mx_innerReduceBits_st_jj_noise_##PAIR(const SrcT<M>* s, DstT<M>* d, StRows r, int w, int stride,  \
+    ZIL_IMPL void mx_innerReduceBits_st_jj_noise_##PAIR(const RowGroup<M>& g, StBufs b, int w, int stride,          \
                                                         const Scales& k, const BaseTabs* t, int32_t dither,        \
-                                                        const NoiseTab& nz, int y) {                               \
-        StKernelBody<M, true>(s, d, r, w, stride, k, t, dither, nz, y);                                            \
+                                                        const NoiseTab& nz) {                                      \
+        StKernelBody<M, true>(g, b, w, stride, k, t, dither, nz);                                                  \
     }                                                                                                              \
     /* ---- workers ---- */                                                                                        \
     ZIL_IMPL ZilStatus mx_ownNo_##PAIR##_PX(const SrcT<M>* s, int ss, DstT<M>* d, int ds, ZilSize r, uint32_t lm,  \

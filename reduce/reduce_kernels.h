@@ -223,8 +223,9 @@ inline void BuildBaseTabs(BaseTabs& t, uint32_t levelsMax, float step) {
 // One element: t = v + e; saturated values drop their error; otherwise the
 // level below, or the one above when the remainder exceeds the limit, and the
 // signed remainder that goes on to the neighbours.
+// Always inlined: the rows in flight are only overlapped within one body.
 template <const Pair& P>
-inline float DiffuseOne(float v, float e, float limit, const Scales& k, const BaseTabs* tabs, DstT<P>* out) {
+__attribute__((always_inline)) inline float DiffuseOne(float v, float e, float limit, const Scales& k, const BaseTabs* tabs, DstT<P>* out) {
     const float t = v + e;
     if (t >= k.top) {
         St(out, kTopOut<P>);
@@ -254,50 +255,152 @@ inline float DiffuseOne(float v, float e, float limit, const Scales& k, const Ba
     return d;
 }
 
-// Error rows of one channel row; element 0 of each, with zero margins around.
-struct FsRows { const float* prev; float* cur; };
-struct StRows { const float* prev2; const float* prev1; float* cur; };
+// ---- rows in flight together ---------------------------------------------------
+// One row's chain of errors is serial, but pixel x of a row needs the row above
+// only up to x + 1 (x + 2 for the twelve-neighbour kernels). So a group of
+// consecutive rows of the walk advance together, each Lag pixels behind the
+// one above; every value is computed by the same operations in the same order
+// as one row at a time, while the processor overlaps the chains. Group sizes,
+// as measured best: eight rows of the four-neighbour kernel, four of the
+// twelve-neighbour ones (whose rows hold more in registers).
+inline constexpr int kFsRows = 8;
+inline constexpr int kStRows = 4;
+inline constexpr int kGroupMax = kFsRows > kStRows ? kFsRows : kStRows;
 
-// Floyd-Steinberg: 7 to the right, 3, 5, 1 to the row below (seen from the
-// receiving pixel: 1, 5, 3 from the row above, 7 from the left).
-template <const Pair& P, int S, bool Noise>
-inline void FsRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, FsRows r, int width, const Scales& kIn,
-                  const BaseTabs* tabs, const NoiseTab& nz, int y) {
-    const Scales k = kIn;
-    const float* __restrict prev = r.prev;
-    float* __restrict cur = r.cur;
-    const float half = 0.5f * k.step;
-    float left = cur[-1];
-    for (int x = 0; x < width; ++x) {
-        const float e = (((prev[x + 1] * 3.0f + prev[x] * 5.0f) + prev[x - 1]) + left * 7.0f) * 0.0625f;
-        const float limit = Noise ? nz.at(x, y) : half;
-        left = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, tabs, d + x * S);
-        cur[x] = left;
+// Consecutive rows of the walk: source and destination of each, and its row
+// index y in its channel (the noise table is indexed by it).
+template <const Pair& P>
+struct RowGroup {
+    const SrcT<P>* s[kGroupMax];
+    DstT<P>* d[kGroupMax];
+    int y[kGroupMax];
+    int n;
+};
+
+// An error row as a row of the group sees it: a whole buffer row (mask all
+// ones; its zero margins included) or a ring of the last few errors of a row
+// in flight (mask: ring size - 1). A ring's entries for columns -2, -1 start at
+// zero, and its row writes zeros for columns w and w + 1 once it is done, so
+// the margins read as zero there too. Masks are known when compiling.
+template <int32_t M>
+struct ErrView {
+    float* p;
+    float& at(int x) const { return p[x & M]; }
+};
+
+// Row r of a group, as a type, so that each row's views are fixed when compiling.
+template <int R>
+struct RowIx {
+    static constexpr int r = R;
+};
+template <int R, int K, class F>
+inline void ForRows(F&& f) {
+    if constexpr (R < K) {
+        f(RowIx<R>{});
+        ForRows<R + 1, K>(f);
     }
 }
 
-// Twelve neighbours: weights 1 w3 w5 w3 1 two rows up, w3 w5 w7 w5 w3 one row
-// up, w5 w7 from the left, grouped and summed in this order.
-template <const Pair& P, int S, bool Noise>
-inline void StRow(const SrcT<P>* __restrict s, DstT<P>* __restrict d, StRows r, int width, const Scales& kIn,
-                  const BaseTabs* tabs, const Weights12& wt, const NoiseTab& nz, int y) {
+// Steps the K rows through the columns, Lag apart: pixel(row, x) does pixel
+// x of a row; finish(row) runs once the row has done its last pixel, before
+// the row below reads past it. The middle stretch, where every row is inside
+// the image, runs without bounds checks.
+template <int K, int Lag, class Pixel, class Finish>
+inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
+    const int a = Lag * (K - 1), b = width > a ? width : a, end = width + Lag * (K - 1);
+    auto checked = [&](int X) {
+        ForRows<0, K>([&](auto row) {
+            const int x = X - Lag * decltype(row)::r;
+            if (x >= 0 && x < width) pixel(row, x);
+            if (x == width) finish(row);
+        });
+    };
+    for (int X = 0; X < a; ++X) checked(X);
+    for (int X = a; X < b; ++X) ForRows<0, K>([&](auto row) { pixel(row, X - Lag * decltype(row)::r); });
+    for (int X = b; X < end; ++X) checked(X);
+}
+
+// Floyd-Steinberg: 7 to the right, 3, 5, 1 to the row below (seen from the
+// receiving pixel: 1, 5, 3 from the row above, 7 from the left). The group's
+// first row reads the buffer row `prev`; its last row writes its errors back
+// into `prev`, two columns behind the first row's reads, for the next group.
+// A lone row (the walk's last) keeps its errors in a ring.
+template <int K>
+constexpr int32_t FsOutMask(int r) { return K > 1 && r == K - 1 ? -1 : 7; }
+template <int K>
+constexpr int32_t FsInMask(int r) { return r == 0 ? -1 : FsOutMask<K>(r - 1); }
+
+template <const Pair& P, int S, bool Noise, int K>
+inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const NoiseTab& nz) {
     const Scales k = kIn;
-    const float* __restrict p2 = r.prev2;
-    const float* __restrict p1 = r.prev1;
-    float* __restrict cur = r.cur;
     const float half = 0.5f * k.step;
-    float l2 = cur[-2], l1 = cur[-1];
-    for (int x = 0; x < width; ++x) {
-        const float A = ((p2[x] + p1[x - 1]) + p1[x + 1]) + l2;
-        const float B = p1[x] + l1;
-        const float C = p2[x - 2] + p2[x + 2];
-        const float D = ((p2[x - 1] + p2[x + 1]) + p1[x - 2]) + p1[x + 2];
-        const float e = (D * wt.w3 + (A * wt.w5 + (B * wt.w7 + C))) * wt.wInv;
-        const float limit = Noise ? nz.at(x, y) : half;
-        const float err = DiffuseOne<P>(Value<P>(Ld(s + x * S)), e, limit, k, tabs, d + x * S);
-        cur[x] = err;
-        l2 = l1, l1 = err;
-    }
+    float ring[K][8] = {};
+    float* out[K];
+    for (int r = 0; r < K; ++r) out[r] = K > 1 && r == K - 1 ? prev : ring[r];
+    float left[K] = {};
+    Wavefront<K, 2>(
+        width,
+        [&](auto row, int x) {
+            constexpr int r = decltype(row)::r;
+            const ErrView<FsInMask<K>(r)> a{r == 0 ? prev : out[r > 0 ? r - 1 : 0]};
+            const float e = (((a.at(x + 1) * 3.0f + a.at(x) * 5.0f) + a.at(x - 1)) + left[r] * 7.0f) * 0.0625f;
+            const float limit = Noise ? nz.at(x, g.y[r]) : half;
+            left[r] = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
+            ErrView<FsOutMask<K>(r)>{out[r]}.at(x) = left[r];
+        },
+        [&](auto row) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
+}
+
+// The buffer rows of the twelve-neighbour kernels: the two rows above the
+// group and a spare one.
+struct StBufs {
+    float* prev2;
+    float* prev1;
+    float* spare;
+};
+
+// Twelve neighbours: weights 1 w3 w5 w3 1 two rows up, w3 w5 w7 w5 w3 one row
+// up, w5 w7 from the left, grouped and summed in this order. Of a group of
+// two or more, the next-to-last row writes the spare buffer row and the last
+// row writes prev2 in place, three columns behind the first row's reads; the
+// caller then rotates the rows (spare, prev2, prev1).
+template <int K>
+constexpr int32_t StOutMask(int r) { return K > 1 && r >= K - 2 ? -1 : 15; }
+template <int K>
+constexpr int32_t StUp1Mask(int r) { return r == 0 ? -1 : StOutMask<K>(r - 1); }
+template <int K>
+constexpr int32_t StUp2Mask(int r) { return r <= 1 ? -1 : StOutMask<K>(r - 2); }
+
+template <const Pair& P, int S, bool Noise, int K>
+inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const Weights12& wt, const NoiseTab& nz) {
+    const Scales k = kIn;
+    const float half = 0.5f * k.step;
+    float ring[K][16] = {};
+    float* out[K];
+    for (int r = 0; r < K; ++r) out[r] = K > 1 && r == K - 1 ? b.prev2 : K > 1 && r == K - 2 ? b.spare : ring[r];
+    float l2[K] = {}, l1[K] = {};
+    Wavefront<K, 3>(
+        width,
+        [&](auto row, int x) {
+            constexpr int r = decltype(row)::r;
+            const ErrView<StUp2Mask<K>(r)> p2{r == 0 ? b.prev2 : r == 1 ? b.prev1 : out[r > 1 ? r - 2 : 0]};
+            const ErrView<StUp1Mask<K>(r)> p1{r == 0 ? b.prev1 : out[r > 0 ? r - 1 : 0]};
+            const float A = ((p2.at(x) + p1.at(x - 1)) + p1.at(x + 1)) + l2[r];
+            const float B = p1.at(x) + l1[r];
+            const float C = p2.at(x - 2) + p2.at(x + 2);
+            const float D = ((p2.at(x - 1) + p2.at(x + 1)) + p1.at(x - 2)) + p1.at(x + 2);
+            const float e = (D * wt.w3 + (A * wt.w5 + (B * wt.w7 + C))) * wt.wInv;
+            const float limit = Noise ? nz.at(x, g.y[r]) : half;
+            const float err = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
+            ErrView<StOutMask<K>(r)>{out[r]}.at(x) = err;
+            l2[r] = l1[r], l1[r] = err;
+        },
+        [&](auto row) {
+            const ErrView<StOutMask<K>(decltype(row)::r)> o{out[decltype(row)::r]};
+            o.at(width) = o.at(width + 1) = 0.0f;
+        });
 }
 
 // ---- noise set-up ------------------------------------------------------------------

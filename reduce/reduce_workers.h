@@ -106,11 +106,10 @@ ZilStatus OwnBayerNoise(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstSt
 
 // ---- error diffusion ---------------------------------------------------------------
 template <const Pair& P>
-using FsKernel = void (*)(const SrcT<P>*, DstT<P>*, FsRows, int, int, const Scales&, const BaseTabs*,
-                          const NoiseTab&, int);
+using FsKernel = void (*)(const RowGroup<P>&, float*, int, int, const Scales&, const BaseTabs*, const NoiseTab&);
 template <const Pair& P>
-using StKernel = void (*)(const SrcT<P>*, DstT<P>*, StRows, int, int, const Scales&, const BaseTabs*, int32_t,
-                          const NoiseTab&, int);
+using StKernel = void (*)(const RowGroup<P>&, StBufs, int, int, const Scales&, const BaseTabs*, int32_t,
+                          const NoiseTab&);
 
 // The error rows start at the aligned buffer, or after the noise tables and
 // the two generator states. Noise tables hold limits of (50 -+ noise) percent
@@ -143,16 +142,23 @@ struct Diffusion {
         if constexpr (kBaseTables<P>) BuildBaseTabs(tabs, levelsMax, k.step);
         for (int i = 0; i < rowFloats; ++i) E[i] = 0.0f;
     }
-    // Channels one after another, rows top down; row(s, d, y) does one row of
-    // one channel and rotates the error rows. The rows keep rotating across
-    // channels, so the first row of a channel takes in the errors of the last
-    // rows of the channel before.
-    template <class Row>
-    void Run(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, int height, Row&& row) const {
+    // Channels one after another, rows top down, handed out in groups of up
+    // to maxRows consecutive rows of this walk. The errors keep flowing
+    // across channels, so the first row of a channel takes in the errors of
+    // the last rows of the channel before.
+    template <class Group>
+    void Run(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, int height, int maxRows,
+             Group&& group) const {
         const ptrdiff_t ss = Bytes<SrcT<P>>(srcStep), ds = Bytes<DstT<P>>(dstStep);
+        RowGroup<P> g{};
         for (int c = 0; c < wk.channels; ++c)
-            for (int y = 0; y < height; ++y)
-                row(AdvanceT(src, ptrdiff_t(y) * ss) + c, AdvanceT(dst, ptrdiff_t(y) * ds) + c, y);
+            for (int y = 0; y < height; ++y) {
+                g.s[g.n] = AdvanceT(src, ptrdiff_t(y) * ss) + c;
+                g.d[g.n] = AdvanceT(dst, ptrdiff_t(y) * ds) + c;
+                g.y[g.n] = y;
+                if (++g.n == maxRows) group(g), g.n = 0;
+            }
+        if (g.n > 0) group(g);
     }
 };
 
@@ -162,11 +168,9 @@ ZilStatus OwnFs(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     if (buffer == nullptr) return zilStatusNullPointer;
     const int w = roi.width;
     const Diffusion<P, Noise> df(buffer, levelsMax, noise, code, 2 * w + 4);
-    FsRows r{df.E + 1, df.E + w + 3};
-    df.Run(src, srcStep, dst, dstStep, roi.height, [&](const SrcT<P>* s, DstT<P>* d, int y) {
-        K(s, d, r, w, df.wk.stride, df.k, &df.tabs, df.nz, y);
-        r = FsRows{r.cur, const_cast<float*>(r.prev)};
-    });
+    float* prev = df.E + 1;
+    df.Run(src, srcStep, dst, dstStep, roi.height, kFsRows,
+           [&](const RowGroup<P>& g) { K(g, prev, w, df.wk.stride, df.k, &df.tabs, df.nz); });
     return zilStatusOk;
 }
 
@@ -176,36 +180,50 @@ ZilStatus OwnSt(const SrcT<P>* src, int srcStep, DstT<P>* dst, int dstStep, ZilS
     if (buffer == nullptr) return zilStatusNullPointer;
     const int w = roi.width;
     const Diffusion<P, Noise> df(buffer, levelsMax, noise, code, 3 * w + 12);
-    float* p2 = df.E + 2;
-    float* p1 = df.E + w + 6;
-    float* cur = df.E + 2 * w + 10;
-    df.Run(src, srcStep, dst, dstStep, roi.height, [&](const SrcT<P>* s, DstT<P>* d, int y) {
-        K(s, d, StRows{p2, p1, cur}, w, df.wk.stride, df.k, &df.tabs, dither, df.nz, y);
-        float* old = p2;
-        p2 = p1, p1 = cur, cur = old;
+    StBufs b{df.E + 2, df.E + w + 6, df.E + 2 * w + 10};
+    df.Run(src, srcStep, dst, dstStep, roi.height, kStRows, [&](const RowGroup<P>& g) {
+        K(g, b, w, df.wk.stride, df.k, &df.tabs, dither, df.nz);
+        // The next-to-last row of the group went to the spare row, the last to prev2.
+        b = StBufs{b.spare, b.prev2, b.prev1};
     });
     return zilStatusOk;
 }
 
-// Row kernels dispatch on the pixel stride once per row.
-template <const Pair& P, bool Noise>
-inline void FsKernelBody(const SrcT<P>* s, DstT<P>* d, FsRows r, int w, int stride, const Scales& k,
-                         const BaseTabs* tabs, const NoiseTab& nz, int y) {
-    switch (stride) {
-        case 1: FsRow<P, 1, Noise>(s, d, r, w, k, tabs, nz, y); break;
-        case 3: FsRow<P, 3, Noise>(s, d, r, w, k, tabs, nz, y); break;
-        default: FsRow<P, 4, Noise>(s, d, r, w, k, tabs, nz, y); break;
+// Group kernels dispatch on the pixel stride and the group's size once per
+// group; f(RowIx<n>) runs the kernel for a group of n rows.
+template <int K, class F>
+inline void BySize(int n, F&& f) {
+    if constexpr (K >= 1) {
+        if (n == K)
+            f(RowIx<K>{});
+        else
+            BySize<K - 1>(n, f);
     }
 }
 template <const Pair& P, bool Noise>
-inline void StKernelBody(const SrcT<P>* s, DstT<P>* d, StRows r, int w, int stride, const Scales& k,
-                         const BaseTabs* tabs, int32_t dither, const NoiseTab& nz, int y) {
+inline void FsKernelBody(const RowGroup<P>& g, float* prev, int w, int stride, const Scales& k,
+                         const BaseTabs* tabs, const NoiseTab& nz) {
+    BySize<kFsRows>(g.n, [&](auto size) {
+        constexpr int n = decltype(size)::r;
+        switch (stride) {
+            case 1: FsGroup<P, 1, Noise, n>(g, prev, w, k, tabs, nz); break;
+            case 3: FsGroup<P, 3, Noise, n>(g, prev, w, k, tabs, nz); break;
+            default: FsGroup<P, 4, Noise, n>(g, prev, w, k, tabs, nz); break;
+        }
+    });
+}
+template <const Pair& P, bool Noise>
+inline void StKernelBody(const RowGroup<P>& g, StBufs b, int w, int stride, const Scales& k, const BaseTabs* tabs,
+                         int32_t dither, const NoiseTab& nz) {
     const Weights12& wt = dither == zilDitherStucki ? kStucki : kJarvis;
-    switch (stride) {
-        case 1: StRow<P, 1, Noise>(s, d, r, w, k, tabs, wt, nz, y); break;
-        case 3: StRow<P, 3, Noise>(s, d, r, w, k, tabs, wt, nz, y); break;
-        default: StRow<P, 4, Noise>(s, d, r, w, k, tabs, wt, nz, y); break;
-    }
+    BySize<kStRows>(g.n, [&](auto size) {
+        constexpr int n = decltype(size)::r;
+        switch (stride) {
+            case 1: StGroup<P, 1, Noise, n>(g, b, w, k, tabs, wt, nz); break;
+            case 3: StGroup<P, 3, Noise, n>(g, b, w, k, tabs, wt, nz); break;
+            default: StGroup<P, 4, Noise, n>(g, b, w, k, tabs, wt, nz); break;
+        }
+    });
 }
 
 // ---- check layer ------------------------------------------------------------------------
