@@ -5,11 +5,9 @@
 set -u
 Z=$1
 rm -rf "$2" && mkdir -p "$2" && cd "$2" || exit 1
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
+source "$(dirname "$0")/lib.sh"
 # The samples of a binary PNM or PFM written by the tool (a header of three lines).
 samples() { tail -c +$(($(head -n 3 "$1" | wc -c) + 1)) "$1" | od -An -v -t"${2:-u1}" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
-same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
 run() { "$@" > out.txt 2> err.txt || fail "'$*' exited $?: $(cat err.txt)"; }
 # refused REGEX CMD...: exit status 2, one stderr line matching REGEX.
 refused() {

@@ -4,8 +4,7 @@
 Z=$1
 W=$2
 rm -rf "$W" && mkdir -p "$W" && cd "$W" || exit 1
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
+source "$(dirname "$0")/lib.sh"
 bytes() { tail -c "$1" "$2" | od -An -tu1 | tr -s ' ' | sed 's/^ //;s/ $//'; }
 
 printf 'P5\n4 1\n255\n\x00\x01\x03\xff' > g8.pgm

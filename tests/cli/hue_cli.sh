@@ -7,13 +7,9 @@ Z=$1
 WORK=$2
 rm -rf "$WORK" && mkdir -p "$WORK" && cd "$WORK" || exit 1
 
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
-raw() { local v; for v in "$@"; do printf "\\$(printf %03o "$v")"; done; }
-bytes() { od -An -v -tu1 "$1" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
+source "$(dirname "$0")/lib.sh"
 # Samples after a header of $2 lines.
 body() { tail -c +$(($(head -n "$2" "$1" | wc -c) + 1)) "$1" > "$1.body"; bytes "$1.body"; }
-same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
 run() { "$@" > out.txt 2> err.txt || fail "'$*' exited $?: $(cat err.txt)"; }
 ppm8() { local w=$1 h=$2; shift 2; { printf 'P6\n%d %d\n255\n' "$w" "$h"; raw "$@"; }; }
 

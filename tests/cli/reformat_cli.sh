@@ -5,11 +5,7 @@
 set -u
 Z=$1
 rm -rf "$2" && mkdir -p "$2" && cd "$2" || exit 1
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
-raw() { local v; for v in "$@"; do printf "\\$(printf %03o "$v")"; done; }
-bytes() { od -An -v -tu1 "$1" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
-same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
+source "$(dirname "$0")/lib.sh"
 conv() {  # FROM TO IN OUT [more]: must succeed; stderr kept in err.txt
     local f=$1 t=$2 i=$3 o=$4
     shift 4

@@ -8,23 +8,7 @@ Z=$1
 WORK=$2
 rm -rf "$WORK" && mkdir -p "$WORK" && cd "$WORK" || exit 1
 
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
-raw() { local v; for v in "$@"; do printf "\\$(printf %03o "$v")"; done; }
-bytes() { od -An -v -tu1 "$1" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
-samples() { tail -c +$(($(head -n 3 "$1" | wc -c) + 1)) "$1" > "$1.s"; bytes "$1.s"; }
-same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
-ok() { "$@" > out.txt 2> err.txt || fail "'$*' exited $?: $(cat err.txt)"; }
-bad() {
-    local want=$1 out=$2 re=$3
-    shift 3
-    "$@" > out.txt 2> err.txt
-    local rc=$?
-    [[ $rc == "$want" ]] || fail "'$*' exited $rc, want $want"
-    [[ $(wc -l < err.txt) == 1 ]] || fail "'$*': stderr is not one line: $(cat err.txt)"
-    grep -Eq -- "$re" err.txt || fail "'$*': stderr '$(cat err.txt)' does not match /$re/"
-    [[ ! -e $out ]] || fail "'$*' left $out behind"
-}
+source "$(dirname "$0")/lib.sh"
 R="255 0 0" B="0 0 255"
 { printf 'P6\n3 3\n255\n'; raw $R $R $B $R $R $B $R $R $B; } > rrb.ppm
 { printf 'P6\n1 1\n255\n'; raw $R; } > r.ppm

@@ -4,11 +4,7 @@
 set -u
 Z=$1
 rm -rf "$2" && mkdir -p "$2" && cd "$2" || exit 1
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
-bytes() { od -An -v -tu1 "$1" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
-samples() { tail -c +$(($(head -n 3 "$1" | wc -c) + 1)) "$1" > "$1.s"; bytes "$1.s"; }
-ok() { "$@" > out.txt 2> err.txt || fail "'$*' exited $?: $(cat err.txt)"; }
+source "$(dirname "$0")/lib.sh"
 # bad STATUS OUTFILE CMD...: exit STATUS, one line on stderr, no OUTFILE left.
 bad() {
     local want=$1 out=$2
