@@ -35,6 +35,10 @@ add_executable(zilcc_fuzz_selftest ${ZIL_FUZZ_DIR}/selftest.cpp)
 target_link_libraries(zilcc_fuzz_selftest PRIVATE zilcc_fuzz_harness)
 add_test(NAME fuzz_harness_selftest COMMAND zilcc_fuzz_selftest)
 
+# Per-export hashes of results, for comparing differently built trees.
+add_executable(zilcc_digest ${ZIL_FUZZ_DIR}/digest.cpp)
+target_link_libraries(zilcc_digest PRIVATE zilcc_fuzz_harness)
+
 add_executable(zilcc_concurrency ${ZIL_FUZZ_DIR}/concurrency.cpp)
 target_link_libraries(zilcc_concurrency PRIVATE zilcc_fuzz_harness)
 find_package(Threads REQUIRED)

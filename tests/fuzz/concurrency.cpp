@@ -17,53 +17,6 @@ using namespace zilfuzz;
 
 namespace {
 
-bool Has(const Row& r, char role) { return std::strchr(r.roles, role) != nullptr; }
-
-// A few valid calls per export: odd extents, padded steps, and for the
-// parameterised families the parameter values that choose different code.
-std::vector<Case> Cases() {
-    std::vector<Case> out;
-    for (size_t i = 0; i < kRowCount; ++i) {
-        Case c;
-        c.row = &kRows[i];
-        c.w = 37, c.h = 23;
-        c.src.mode = c.dst.mode = c.work.mode = ModePadded;
-        c.src.pad[0] = c.src.pad[1] = c.src.pad[2] = c.src.pad[3] = 12;
-        c.dst.pad[0] = c.dst.pad[1] = c.dst.pad[2] = c.dst.pad[3] = 8;
-        c.work.pad[0] = 16;
-        c.src.seed = uint32_t(3 * i + 1), c.dst.seed = uint32_t(3 * i + 2), c.work.seed = uint32_t(3 * i + 3);
-        c.alpha = 200, c.levels = 7, c.threshold = 100, c.bitOffset = 3, c.channels = 1;
-        if (Has(*c.row, 'g')) {  // demosaicing: each grid, a region inside and one touching the edges
-            for (int g = 0; g < 4; ++g) {
-                c.grid = g;
-                c.rect = {1, 2, 30, 19};
-                out.push_back(c);
-                c.rect = {0, 0, 37, 23};
-                out.push_back(c);
-            }
-        } else if (Has(*c.row, 'l') || Has(*c.row, 'c')) {  // quantisers and their size query
-            static const int64_t kDitherNoise[][2] = {{0, 0}, {4, 0}, {4, 40}, {1, 0}, {1, 25}, {2, 0}, {3, 60}};
-            for (const auto& dn : kDitherNoise) {
-                c.dither = dn[0], c.noise = dn[1];
-                out.push_back(c);
-            }
-        } else if (Has(*c.row, 'o')) {  // one-bit: plain and diffused
-            c.dither = 0;
-            out.push_back(c);
-            c.dither = 3;
-            out.push_back(c);
-        } else if (Has(*c.row, 'k') || Has(*c.row, 'K')) {  // gray weights: each set and none
-            for (int k = 0; k < 4; ++k) {
-                c.alpha = 200 + k;
-                out.push_back(c);
-            }
-        } else {
-            out.push_back(c);
-        }
-    }
-    return out;
-}
-
 struct Prepared {
     Case c;
     Extents e;
@@ -81,7 +34,7 @@ struct PerThread {
 int main(int argc, char** argv) {
     const int threads = argc > 1 ? std::atoi(argv[1]) : 8;
     const int rounds = argc > 2 ? std::atoi(argv[2]) : 4;
-    const std::vector<Case> cases = Cases();
+    const std::vector<Case> cases = ValidCases(37, 23);
     std::vector<Prepared> prep(cases.size());
 
     // Reference: one thread, one call each.

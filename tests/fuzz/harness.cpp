@@ -458,4 +458,51 @@ void RunOne(const Case& c) {
         if (dst.pl[i].buf->copy() != after[i]) Fail(c, "a second identical call wrote other bytes", st2, i);
 }
 
+namespace {
+bool HasRole(const Row& r, char role) { return std::strchr(r.roles, role) != nullptr; }
+}  // namespace
+
+std::vector<Case> ValidCases(int32_t w, int32_t h) {
+    std::vector<Case> out;
+    for (size_t i = 0; i < kRowCount; ++i) {
+        Case c;
+        c.row = &kRows[i];
+        c.w = w, c.h = h;
+        c.src.mode = c.dst.mode = c.work.mode = ModePadded;
+        c.src.pad[0] = c.src.pad[1] = c.src.pad[2] = c.src.pad[3] = 12;
+        c.dst.pad[0] = c.dst.pad[1] = c.dst.pad[2] = c.dst.pad[3] = 8;
+        c.work.pad[0] = 16;
+        c.src.seed = uint32_t(3 * i + 1), c.dst.seed = uint32_t(3 * i + 2), c.work.seed = uint32_t(3 * i + 3);
+        c.alpha = 200, c.levels = 7, c.threshold = 100, c.bitOffset = 3, c.channels = 1;
+        if (HasRole(*c.row, 'g')) {  // demosaicing: each grid, a region inside and one touching the edges
+            for (int g = 0; g < 4; ++g) {
+                c.grid = g;
+                c.rect = {1, 2, w > 8 ? w - 7 : 1, h > 5 ? h - 4 : 1};
+                out.push_back(c);
+                c.rect = {0, 0, w, h};
+                out.push_back(c);
+            }
+        } else if (HasRole(*c.row, 'l') || HasRole(*c.row, 'c')) {  // quantisers and their size query
+            static const int64_t kDitherNoise[][2] = {{0, 0}, {4, 0}, {4, 40}, {1, 0}, {1, 25}, {2, 0}, {3, 60}};
+            for (const auto& dn : kDitherNoise) {
+                c.dither = dn[0], c.noise = dn[1];
+                out.push_back(c);
+            }
+        } else if (HasRole(*c.row, 'o')) {  // one-bit: plain and diffused
+            c.dither = 0;
+            out.push_back(c);
+            c.dither = 3;
+            out.push_back(c);
+        } else if (HasRole(*c.row, 'k') || HasRole(*c.row, 'K')) {  // gray weights: each set and none
+            for (int k = 0; k < 4; ++k) {
+                c.alpha = 200 + k;
+                out.push_back(c);
+            }
+        } else {
+            out.push_back(c);
+        }
+    }
+    return out;
+}
+
 }  // namespace zilfuzz

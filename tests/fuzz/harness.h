@@ -83,6 +83,10 @@ void RunOne(const Case& c);
 struct Tally { long ok = 0, warn = 0, fail = 0; };
 extern Tally gTally[kRowCount];
 
+// A few valid calls per export at the given extent: padded steps, and for the
+// parameterised families the parameter values that choose different code.
+std::vector<Case> ValidCases(int32_t w, int32_t h);
+
 // Compare helpers for other drivers.
 bool SameContents(const ImgBuf& a, const ImgBuf& b);
 
