@@ -12,41 +12,10 @@ EXPORTS=$4
 FAMILIES=" ${5:-} "
 rm -rf "$WORK" && mkdir -p "$WORK" && cd "$WORK" || exit 1
 
-fails=0
-fail() { echo "FAIL: $*"; fails=$((fails + 1)); }
+source "$(dirname "$0")/lib.sh"
 have() { [[ $FAMILIES == *" $1 "* ]]; }
-
-# Bytes given as decimal numbers, written raw.
-raw() { local v; for v in "$@"; do printf "\\$(printf %03o "$v")"; done; }
-# A file's bytes as decimal numbers on one line.
-bytes() { od -An -v -tu1 "$1" | tr -s ' \n' '  ' | sed 's/^ *//; s/ *$//'; }
-# The samples of a binary PNM written by the tool (a header of three lines).
-samples() { tail -c +$(($(head -n 3 "$1" | wc -c) + 1)) "$1" > "$1.samples"; bytes "$1.samples"; }
 # The packed rows of a P4 bitmap written by the tool (a header of two lines).
 pbm_bits() { tail -c +$(($(head -n 2 "$1" | wc -c) + 1)) "$1" > "$1.bits"; bytes "$1.bits"; }
-same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
-
-# ok CMD...: must exit 0.
-ok() {
-    "$@" > out.txt 2> err.txt
-    local rc=$?
-    [[ $rc == 0 ]] || fail "'$*' exited $rc: $(cat err.txt)"
-}
-# bad STATUS OUTFILE REGEX CMD...: must exit STATUS with one line on stderr that
-# matches REGEX, and leave no OUTFILE (nor a temporary file) behind.
-bad() {
-    local want=$1 out=$2 re=$3
-    shift 3
-    "$@" > out.txt 2> err.txt
-    local rc=$?
-    [[ $rc == "$want" ]] || fail "'$*' exited $rc, want $want ($(cat err.txt))"
-    local lines
-    lines=$(wc -l < err.txt)
-    [[ $lines == 1 ]] || fail "'$*' wrote $lines lines to stderr: $(cat err.txt)"
-    grep -Eq -- "$re" err.txt || fail "'$*': stderr '$(cat err.txt)' does not match /$re/"
-    [[ -z $out || ! -e $out ]] || fail "'$*' left $out behind"
-    if compgen -G '.*zilcc-*' > /dev/null; then fail "'$*' left a temporary file"; rm -f .*zilcc-*; fi
-}
 
 pgm8() { local w=$1 h=$2; shift 2; { printf 'P5\n%d %d\n255\n' "$w" "$h"; raw "$@"; }; }
 ppm8() { local w=$1 h=$2; shift 2; { printf 'P6\n%d %d\n255\n' "$w" "$h"; raw "$@"; }; }

@@ -13,14 +13,16 @@ same() { [[ $2 == "$3" ]] || fail "$1: got [$2], want [$3]"; }
 # The command must succeed; its output is in out.txt and err.txt.
 ok() { "$@" > out.txt 2> err.txt || fail "'$*' exited $?: $(cat err.txt)"; }
 # The command must fail with status WANT, one stderr line matching RE, and
-# leave OUT unwritten: bad WANT OUT RE COMMAND...
+# leave neither OUT (when not empty) nor a temporary file behind:
+# bad WANT OUT RE COMMAND...
 bad() {
     local want=$1 out=$2 re=$3
     shift 3
     "$@" > out.txt 2> err.txt
     local rc=$?
-    [[ $rc == "$want" ]] || fail "'$*' exited $rc, want $want"
+    [[ $rc == "$want" ]] || fail "'$*' exited $rc, want $want ($(cat err.txt))"
     [[ $(wc -l < err.txt) == 1 ]] || fail "'$*': stderr is not one line: $(cat err.txt)"
     grep -Eq -- "$re" err.txt || fail "'$*': stderr '$(cat err.txt)' does not match /$re/"
-    [[ ! -e $out ]] || fail "'$*' left $out behind"
+    [[ -z $out || ! -e $out ]] || fail "'$*' left $out behind"
+    if compgen -G '.*zilcc-*' > /dev/null; then fail "'$*' left a temporary file"; rm -f .*zilcc-*; fi
 }
