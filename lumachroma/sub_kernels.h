@@ -212,6 +212,73 @@ inline void InvChunk(const Rows& rw, int i0, uint8_t alpha) {
     }
 }
 
+// Cells of two pixels, sixteen pixels a step in 16-bit lanes (ycbcr::InvWide),
+// each cell's chroma terms formed once for its CH rows. Sources: luma planes
+// (SY 1) with Cb, Cr planes (SC 1) or interleaved pairs (SC 2, either order),
+// or the Y0 Cb Y1 Cr stream (SY 2, SC 4); destinations of three bytes, or four
+// with the alpha byte after them. Blocks stop where a three-byte store's two
+// bytes of junk would pass the row's whole cells, which the cell loop then
+// writes over. Returns the first cell left, or 0 where the layout does not fit.
+template <const InvMember& M, int SY, int SC, int CH, int DB, bool Alpha>
+inline int InvBlocks(const Rows& rw, int cells, uint8_t alpha) {
+    constexpr InvSet K = M.k;
+    using W = ycbcr::InvWide<K.k, K.a, K.b, K.c, K.d, K.oR, K.oG, K.oB>;
+    if constexpr (DB == 1 || (DB == 4 && !Alpha) || !((SY == 1 && SC <= 2) || (SY == 2 && SC == 4))) {
+        return 0;
+    } else {
+        const uint8_t* cb = rw.s[2];
+        const uint8_t* cr = rw.s[3];
+        bool swapUV = false;
+        if constexpr (SC == 2) {
+            if (cr == cb + 1) swapUV = false;
+            else if (cb == cr + 1) swapUV = true, cb = cr;
+            else return 0;
+        }
+        if constexpr (SY == 2)
+            if (cb != rw.s[0] + 1 || cr != rw.s[0] + 3) return 0;
+        px4::Place<uint8_t*> dp[CH];
+        for (int y = 0; y < CH; ++y) {
+            uint8_t* const* d = rw.d + 4 * y;
+            if (!px4::Locate<3>(d[0], d[1], d[2], &dp[y]) || (DB == 4 && d[3] != dp[y].base[0] + 3)) return 0;
+        }
+        const __m128i z = _mm_setzero_si128(), a = _mm_set1_epi8(char(alpha)), bytes = _mm_set1_epi16(0xFF);
+        int i = 0;
+        for (; 2 * i + (DB == 3 ? 17 : 16) <= 2 * cells; i += 8) {
+            __m128i c[2];  // Cb | Cr << 16 pairs of cells 0-3 and 4-7
+            __m128i y16[CH][2];
+            if constexpr (SY == 2) {
+                const uint8_t* p = rw.s[0] + 4 * i;
+                const __m128i v0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+                const __m128i v1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16));
+                y16[0][0] = _mm_and_si128(v0, bytes), y16[0][1] = _mm_and_si128(v1, bytes);
+                c[0] = _mm_srli_epi16(v0, 8), c[1] = _mm_srli_epi16(v1, 8);
+            } else {
+                for (int y = 0; y < CH; ++y) {
+                    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rw.s[y] + 2 * i));
+                    y16[y][0] = _mm_unpacklo_epi8(v, z), y16[y][1] = _mm_unpackhi_epi8(v, z);
+                }
+                __m128i uv;
+                if constexpr (SC == 1)
+                    uv = _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(cb + i)),
+                                           _mm_loadl_epi64(reinterpret_cast<const __m128i*>(cr + i)));
+                else
+                    uv = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cb + 2 * i));
+                c[0] = _mm_unpacklo_epi8(uv, z), c[1] = _mm_unpackhi_epi8(uv, z);
+                if (swapUV)
+                    for (int h = 0; h < 2; ++h) c[h] = _mm_or_si128(_mm_srli_epi32(c[h], 16), _mm_slli_epi32(c[h], 16));
+            }
+            __m128i out[CH][2][3];
+            for (int h = 0; h < 2; ++h) {
+                const auto t = W::Terms(_mm_unpacklo_epi32(c[h], c[h]), _mm_unpackhi_epi32(c[h], c[h]));
+                for (int y = 0; y < CH; ++y) W::Apply(t, y16[y][h], out[y][h]);
+            }
+            for (int y = 0; y < CH; ++y)
+                ycbcr::StoreRgb16<DB>(dp[y].base[0] + 2 * i * DB, dp[y].order, out[y][0], out[y][1], a);
+        }
+        return i;
+    }
+}
+
 template <const InvMember& M, int SY, int SC, int CW, int CH, int DB, bool Alpha, bool OwnCr = false>
 void InvRow(const Rows& rw, int width, uint8_t alpha) {
     constexpr InvSet K = M.k;
@@ -219,6 +286,7 @@ void InvRow(const Rows& rw, int width, uint8_t alpha) {
     const uint8_t* __restrict cr = rw.s[3];
     const int cells = width / CW;
     int i = 0;
+    if constexpr (CW == 2) i = InvBlocks<M, SY, SC, CH, DB, Alpha>(rw, cells, alpha);
     for (; i + yuv::kChunkCells <= cells; i += yuv::kChunkCells) InvChunk<M, SY, SC, CW, CH, DB, Alpha>(rw, i, alpha);
     for (; i < cells; ++i) {
         const Terms t = ChromaTerms(K, cb[i * SC], cr[i * SC]);

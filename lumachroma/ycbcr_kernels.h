@@ -50,6 +50,25 @@ inline __m128i DotQ16x4(__m128i p01, __m128i p2) {
     return r;
 }
 
+// Sixteen pixels from the 16-bit results of pixels 0-7 (lo) and 8-15 (hi),
+// clamped to 0..255 by the pack, to DP (3 or 4, then with the alpha bytes a) bytes a
+// pixel at p; order 1 writes the channels reversed. A DP 3 store writes two
+// bytes of junk past the 48 (see px4::Store3).
+template <int DP>
+inline void StoreRgb16(uint8_t* p, int order, const __m128i* lo, const __m128i* hi, __m128i a) {
+    const __m128i c0 = _mm_packus_epi16(lo[order ? 2 : 0], hi[order ? 2 : 0]);
+    const __m128i c1 = _mm_packus_epi16(lo[1], hi[1]);
+    const __m128i c2 = _mm_packus_epi16(lo[order ? 0 : 2], hi[order ? 0 : 2]);
+    const __m128i p01l = _mm_unpacklo_epi8(c0, c1), p01h = _mm_unpackhi_epi8(c0, c1);
+    const __m128i p23l = _mm_unpacklo_epi8(c2, a), p23h = _mm_unpackhi_epi8(c2, a);
+    const __m128i w[4] = {_mm_unpacklo_epi16(p01l, p23l), _mm_unpackhi_epi16(p01l, p23l),
+                          _mm_unpacklo_epi16(p01h, p23h), _mm_unpackhi_epi16(p01h, p23h)};
+    for (int q = 0; q < 4; ++q) {
+        if constexpr (DP == 3) px4::Store3(p + 12 * q, w[q]);
+        else _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 16 * q), w[q]);
+    }
+}
+
 // ---- forward ----------------------------------------------------------------------
 // Chunk arithmetic on planar arrays: the low byte of each shifted sum.
 struct FwdOp {
@@ -73,6 +92,41 @@ inline void FwdLanes(__m128i r, __m128i g, __m128i b, __m128i* out) {
     out[2] = _mm_and_si128(DotQ16x4<kCrR, kCrG, kCrB, kCOffset>(rg, b), m);
 }
 
+// Sixteen three-byte R, G, B pixels a step to three-byte Y, Cb, Cr, while the
+// row holds the loads' and stores' reach; returns the first pixel left. Per
+// four pixels the lanes R | B << 16 and G | x << 16 (x, the next pixel's
+// byte, meets a zero weight) feed the multiply-adds; the luma weight of G,
+// above the int16 range, is twice 16515. The low byte of each shifted sum is
+// kept before the bytes are packed.
+inline int FwdInterleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
+    static_assert(kYG == 2 * 16515, "luma weight of G");
+    const __m128i pairs = _mm_set1_epi32(0x00FF00FF), lowByte = _mm_set1_epi16(0xFF);
+    const __m128i yRB = px4::Coeffs(kYR, kYB), yG = px4::Coeffs(kYG / 2, 0);
+    const __m128i cbRB = px4::Coeffs(kCbR, kCbB), cbG = px4::Coeffs(kCbG, 0);
+    const __m128i crRB = px4::Coeffs(kCrR, kCrB), crG = px4::Coeffs(kCrG, 0);
+    const __m128i yo = _mm_set1_epi32(kYOffset), co = _mm_set1_epi32(kCOffset);
+    int i = 0;
+    for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
+        __m128i out[2][3];
+        for (int h = 0; h < 2; ++h) {
+            __m128i sum[2][3];
+            for (int q = 0; q < 2; ++q) {
+                const __m128i px = px4::Load<3>(s + (i + 8 * h + 4 * q) * 3);
+                const __m128i rb = _mm_and_si128(px, pairs), gx = _mm_srli_epi16(px, 8);
+                const __m128i g = _mm_madd_epi16(gx, yG);
+                sum[q][0] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, yRB), yo), _mm_add_epi32(g, g));
+                sum[q][1] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, cbRB), co), _mm_madd_epi16(gx, cbG));
+                sum[q][2] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, crRB), co), _mm_madd_epi16(gx, crG));
+            }
+            for (int c = 0; c < 3; ++c)
+                out[h][c] = _mm_and_si128(
+                    _mm_packs_epi32(_mm_srai_epi32(sum[0][c], 16), _mm_srai_epi32(sum[1][c], 16)), lowByte);
+        }
+        StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
+    }
+    return i;
+}
+
 // s: R, G, B (stride SP); d: Y, Cb, Cr (stride DP). A fourth source byte is
 // never read, a fourth destination byte never written. Rows whose channels
 // are planes or adjacent bytes go sixteen pixels at a time in registers,
@@ -89,7 +143,9 @@ void RgbToYcbcrRow(const Rows& rw, int w, uint8_t) {
     px4::Place<const uint8_t*> sp;
     px4::Place<uint8_t*> dp;
     if (DP != 4 && px4::Locate<SP>(r, g, b, &sp) && px4::Locate<DP>(y, cb, cr, &dp)) {
-        i = px4::Blocks<SP, DP, false>(sp, dp, 0, w, _mm_setzero_si128(), FwdLanes);
+        if constexpr (SP == 3 && DP == 3)
+            if (sp.order == 0) i = FwdInterleaved16(sp.base[0], dp.base[0], dp.order, w);
+        i = px4::Blocks<SP, DP, false>(sp, dp, i, w, _mm_setzero_si128(), FwdLanes);
     } else {
         for (; i + yuv::kChunk <= w; i += yuv::kChunk)
             yuv::Chunk3<SP, DP, FwdOp, false>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, cb + i * DP,
@@ -136,6 +192,96 @@ inline void InvLanes(__m128i y, __m128i cb, __m128i cr, __m128i* out) {
     out[2] = DotQ16x4<K.k, K.d, 0, K.o - 128 * K.d>(ycb, cr);
 }
 
+// Eight pixels in 16-bit lanes. Each weight w splits into wH 2^16 + wL with
+// wL in the int16 range, so with the chroma offset folded into the constant
+// (weights on the bytes Cb, Cr as they are) and k = 2^16 + kL,
+//   k Y + w_u u + w_v v + o = 2^16 (Y + wH_u Cb + wH_v Cr) + (kL Y + wL_u Cb + wL_v Cr + o'),
+// where the high part is small, and the low sum is
+// formed exactly in 32-bit lanes by multiply-adds of 16-bit pairs. Its shift
+// by 16 fits 16 bits, is packed and added to the high part; the unsigned
+// saturating pack to bytes is then the clamp to 0..255. The chroma half (one
+// per pixel, or per cell and reused over the cell's rows) is Terms, the luma
+// half Apply.
+constexpr int32_t HiW(int32_t w) { return (w + 32768) >> 16; }
+constexpr int32_t LoW(int32_t w) { return w - HiW(w) * 65536; }
+template <int32_t K, int32_t A, int32_t B, int32_t C, int32_t D, int32_t OR, int32_t OG, int32_t OB>
+struct InvWide {
+    static_assert(HiW(K) == 1, "luma weight 1 + kL / 2^16");
+    static constexpr int32_t wu[3] = {0, -B, D}, wv[3] = {A, -C, 0}, o[3] = {OR, OG, OB};
+    struct Chroma {
+        __m128i lo[3][2];  // wL_u Cb + wL_v Cr + o', pixels 0-3 and 4-7
+        __m128i hi[3];     // wH_u Cb + wH_v Cr
+    };
+    template <int ch>
+    static void Channel(__m128i uv0, __m128i uv1, Chroma* t) {
+        const __m128i l = px4::Coeffs(LoW(wu[ch]), LoW(wv[ch])), h = px4::Coeffs(HiW(wu[ch]), HiW(wv[ch]));
+        const __m128i off = _mm_set1_epi32(o[ch] - 128 * (wu[ch] + wv[ch]));
+        t->lo[ch][0] = _mm_add_epi32(_mm_madd_epi16(uv0, l), off);
+        t->lo[ch][1] = _mm_add_epi32(_mm_madd_epi16(uv1, l), off);
+        t->hi[ch] = _mm_packs_epi32(_mm_madd_epi16(uv0, h), _mm_madd_epi16(uv1, h));
+    }
+    // uv0, uv1: the pairs Cb | Cr << 16 of pixels 0-3 and 4-7.
+    static Chroma Terms(__m128i uv0, __m128i uv1) {
+        Chroma t;
+        Channel<0>(uv0, uv1, &t), Channel<1>(uv0, uv1, &t), Channel<2>(uv0, uv1, &t);
+        return t;
+    }
+    // y0, y1: luma of pixels 0-3 and 4-7 in 32-bit lanes, y16 all eight in
+    // 16-bit lanes; out: R, G, B before the clamp.
+    static void Apply(const Chroma& t, __m128i y0, __m128i y1, __m128i y16, __m128i* out) {
+        const __m128i kl = px4::Coeffs(LoW(K), 0);
+        const __m128i k0 = _mm_madd_epi16(y0, kl), k1 = _mm_madd_epi16(y1, kl);
+        for (int ch = 0; ch < 3; ++ch) {
+            const __m128i s = _mm_packs_epi32(_mm_srai_epi32(_mm_add_epi32(t.lo[ch][0], k0), 16),
+                                              _mm_srai_epi32(_mm_add_epi32(t.lo[ch][1], k1), 16));
+            out[ch] = _mm_add_epi16(_mm_add_epi16(s, t.hi[ch]), y16);
+        }
+    }
+    static void Apply(const Chroma& t, __m128i y16, __m128i* out) {
+        const __m128i z = _mm_setzero_si128();
+        Apply(t, _mm_unpacklo_epi16(y16, z), _mm_unpackhi_epi16(y16, z), y16, out);
+    }
+};
+
+// One channel of four pixels from the lanes Y | Cr << 16 and Cb | x << 16 (x,
+// the next pixel's byte, meets a zero weight), with the weights wv on Cr and
+// wu on Cb split as in InvWide: the low sum and its shift in 32-bit lanes,
+// then the high part Y + wH_u Cb + wH_v Cr.
+template <int32_t KL, int32_t WU, int32_t WV, int32_t O>
+inline __m128i InvChannel4(__m128i ycr, __m128i cbx) {
+    __m128i lo = _mm_add_epi32(_mm_madd_epi16(ycr, px4::Coeffs(KL, LoW(WV))), _mm_set1_epi32(O - 128 * (WU + WV)));
+    if constexpr (LoW(WU) != 0) lo = _mm_add_epi32(lo, _mm_madd_epi16(cbx, px4::Coeffs(LoW(WU), 0)));
+    __m128i r = _mm_add_epi32(_mm_srai_epi32(lo, 16), _mm_madd_epi16(ycr, px4::Coeffs(1, HiW(WV))));
+    if constexpr (HiW(WU) != 0) r = _mm_add_epi32(r, _mm_madd_epi16(cbx, px4::Coeffs(HiW(WU), 0)));
+    return r;
+}
+
+// Sixteen three-byte Y, Cb, Cr pixels a step to three-byte pixels, while the
+// row holds the loads' and stores' reach; returns the first pixel left.
+template <const InvSet& K>
+inline int Interleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
+    static_assert(HiW(K.k) == 1, "luma weight 1 + kL / 2^16");
+    constexpr int32_t kL = LoW(K.k);
+    const __m128i pairs = _mm_set1_epi32(0x00FF00FF);
+    int i = 0;
+    for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
+        __m128i out[2][3];
+        for (int h = 0; h < 2; ++h) {
+            __m128i c[2][3];
+            for (int q = 0; q < 2; ++q) {
+                const __m128i px = px4::Load<3>(s + (i + 8 * h + 4 * q) * 3);
+                const __m128i ycr = _mm_and_si128(px, pairs), cbx = _mm_srli_epi16(px, 8);
+                c[q][0] = InvChannel4<kL, 0, K.a, K.o>(ycr, cbx);
+                c[q][1] = InvChannel4<kL, -K.b, -K.c, K.o>(ycr, cbx);
+                c[q][2] = InvChannel4<kL, K.d, 0, K.o>(ycr, cbx);
+            }
+            for (int ch = 0; ch < 3; ++ch) out[h][ch] = _mm_packs_epi32(c[0][ch], c[1][ch]);
+        }
+        StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
+    }
+    return i;
+}
+
 // s: Y, Cb, Cr (stride SP); d: R, G, B (stride DP), d[3] the alpha byte.
 // Blocks of sixteen in registers where the channels allow (a written alpha
 // byte must follow the three colour bytes), as in the forward row.
@@ -154,7 +300,9 @@ void YcbcrToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     px4::Place<uint8_t*> dp;
     if ((DP != 4 || withAlpha) && px4::Locate<SP>(y, cb, cr, &sp) && px4::Locate<DP>(r, g, b, &dp) &&
         (!withAlpha || a == dp.base[0] + 3)) {
-        i = px4::Blocks<SP, DP, true>(sp, dp, 0, w, _mm_set1_epi32(alpha), InvLanes<K>);
+        if constexpr (SP == 3 && DP == 3)
+            if (sp.order == 0) i = Interleaved16<K>(sp.base[0], dp.base[0], dp.order, w);
+        i = px4::Blocks<SP, DP, true>(sp, dp, i, w, _mm_set1_epi32(alpha), InvLanes<K>);
     } else {
         for (; i + yuv::kChunk <= w; i += yuv::kChunk)
             yuv::Chunk3<SP, DP, InvOp<K>, withAlpha>(y + i * SP, cb + i * SP, cr + i * SP, r + i * DP, g + i * DP,
