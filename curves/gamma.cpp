@@ -9,6 +9,7 @@
 #include "gamma_tables.h"
 #include "primitives/power_core.h"
 #include "primitives/utils.h"
+#include <type_traits>
 
 // Four-lane double vectors are 32 bytes; every function taking them is inlined,
 // so the note on how they would be passed without AVX does not apply.
@@ -178,15 +179,17 @@ inline float InvBase(float x, const Range& r) {
         return (x * r.inv + 0.099f) * 0.9099181f;
     }
 }
-template <const FloatRow& M>
-inline bool InvLower(float x, const Range& r) {
-    if constexpr (M.dblTest) return static_cast<double>(0.0812f) > static_cast<double>(x) * r.invd;
+template <const FloatRow& M, class F>
+inline auto InvLower(F x, const Range& r) {
+    if constexpr (M.dblTest) return Narrow(static_cast<double>(0.0812f) > Cvt<typename WideOf<F>::type>(x) * r.invd);
     else return 0.0812f > r.inv * x;
 }
-template <const FloatRow& M>
-inline float InvChoice(float x, float p, const Range& r) {
-    if (InvLower<M>(x, r)) return 0.22222222f * x;
-    return M.scaleRange ? p * r.range : p;
+// Both branches are plain products, so four lanes compute both and select.
+template <const FloatRow& M, class F>
+inline F InvChoice(F x, F p, const Range& r) {
+    const F upper = M.scaleRange ? p * r.range : p;
+    if constexpr (std::is_same_v<F, float>) return InvLower<M>(x, r) ? 0.22222222f * x : upper;
+    else return pw::Select(InvLower<M>(x, r), 0.22222222f * x, upper);
 }
 
 // Forward, C3 and planar: the float power sample by sample, four samples at a
@@ -221,20 +224,34 @@ void FwdRowScalar(const float* s, float* d, int n, const Range& r) {
     for (; i < n; ++i) d[i] = FwdOne<M>(s[i], r);
 }
 
-// Inverse, C3 and planar: x for the whole row into the destination, then
-// blocks of 384 through a local buffer (bases, power in place, choice back),
-// then vMin added to the row.
+// Inverse, C3 and planar: blocks of 384 from the start of the row, each
+// sample through x := s - vMin, the base, the vector power on the block, the
+// choice and vMin added back. A zero vMin copies the bits instead of adding
+// or subtracting it, which keeps the sign of a zero and a NaN's payload.
 template <const FloatRow& M>
 void InvRow(const float* s, float* d, int n, const Range& r) {
-    mx_zilsSubC_32f(s, d, n, r.vMin);
-    float buf[kBlock];
+    const bool shift = r.vMin != 0.0f;
+    float xs[kBlock], buf[kBlock];
     for (int b = 0; b < n; b += kBlock) {
         const int len = n - b < kBlock ? n - b : kBlock;
-        for (int i = 0; i < len; ++i) buf[i] = InvBase<M>(d[b + i], r);
+        if (shift) {
+            for (int i = 0; i < len; ++i) xs[i] = s[b + i] - r.vMin;
+        } else {
+            __builtin_memcpy(xs, s + b, sizeof(float) * len);
+        }
+        for (int i = 0; i < len; ++i) buf[i] = InvBase<M>(xs[i], r);
         mx_zilsPowx_32f_A21(buf, buf, len, kInvPower);
-        for (int i = 0; i < len; ++i) d[b + i] = InvChoice<M>(d[b + i], buf[i], r);
+        int i = 0;
+        for (; i + 4 <= len; i += 4) {
+            pw::F4 x, p;
+            __builtin_memcpy(&x, xs + i, 16);
+            __builtin_memcpy(&p, buf + i, 16);
+            pw::F4 out = InvChoice<M>(x, p, r);
+            if (shift) out = out + r.vMin;
+            __builtin_memcpy(d + b + i, &out, 16);
+        }
+        for (; i < len; ++i) d[b + i] = shift ? InvChoice<M>(xs[i], buf[i], r) + r.vMin : InvChoice<M>(xs[i], buf[i], r);
     }
-    mx_zilsAddC_32f(d, d, n, r.vMin);
 }
 
 // AC4, both directions: blocks of 128 pixels whose 384 colour samples the
