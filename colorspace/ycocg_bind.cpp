@@ -6,6 +6,7 @@
 // type of the result decides the store: 16-bit results keep the low 16 bits
 // (and the reversible forward wraps every lifting step to 16 bits), 8-bit
 // results are clamped after the sum has been wrapped to 16 bits.
+#include "ycocg_pack.h"
 #include "zil_common.h"
 
 namespace zil::ycocg {
@@ -22,14 +23,12 @@ struct Member {
     SizeRule size;
 };
 
-// Pixel formulas over V, one int32_t or a vector of four: shifts are
+// Pixel formulas over V, one int32_t or a vector of 32- or 16-bit lanes: shifts are
 // arithmetic, selections compute both sides. Sums are formed modulo 2^32
 // (unsigned lanes would not shift arithmetically, so the 32-bit forms with
 // extreme inputs go through Add and Sub below, which wrap explicitly).
 typedef int32_t VI __attribute__((vector_size(16)));
-typedef int16_t V4s __attribute__((vector_size(8)));
 typedef uint32_t VU __attribute__((vector_size(16)));
-inline constexpr int kLanes = 4;
 
 template <class V>
 inline V Clamp(V x) {
@@ -52,6 +51,17 @@ inline V Sub(V a, V b) {
     if constexpr (sizeof(V) == 4) return int32_t(uint32_t(a) - uint32_t(b));
     else return V(__builtin_convertvector(a, VU) - __builtin_convertvector(b, VU));
 }
+
+// Eight 16-bit lanes, for the byte images. With byte inputs every step of the
+// forward transforms stays within 16 bits, so wrapping a step to 16 bits does
+// nothing there; the inverse from 16-bit planes only adds, subtracts and
+// shifts its inputs, so its sums taken modulo 2^16 are the low 16 bits of the
+// 32-bit sums, which is what an 8-bit store clamps.
+typedef int16_t V8s __attribute__((vector_size(16)));
+typedef uint16_t V8u __attribute__((vector_size(16)));
+inline V8s Low16(V8s x) { return x; }
+inline V8s Add(V8s a, V8s b) { return V8s(V8u(a) + V8u(b)); }
+inline V8s Sub(V8s a, V8s b) { return V8s(V8u(a) - V8u(b)); }
 
 template <class V>
 struct Three {
@@ -102,39 +112,43 @@ ZilStatus Check(bool anyNull, ZilSize sz, SizeRule rule) {
     return zilStatusOk;
 }
 
-// Four lanes of plane samples to and from memory.
+// ---- byte images, eight pixels a step ----------------------------------------------
+// Eight packed byte pixels to their three channels in 16-bit lanes.
+template <int PS>
+inline Three<V8s> LoadPixels(const uint8_t* s) {
+    __m128i a, b;
+    pack::Load8<PS>(s, a, b);
+    const __m128i m = _mm_set1_epi32(255);
+    auto ch = [m](__m128i u, __m128i v) { return V8s(_mm_packs_epi32(_mm_and_si128(u, m), _mm_and_si128(v, m))); };
+    return {ch(a, b), ch(_mm_srli_epi32(a, 8), _mm_srli_epi32(b, 8)), ch(_mm_srli_epi32(a, 16), _mm_srli_epi32(b, 16))};
+}
+// Eight results to packed byte pixels; packing with unsigned saturation is the
+// clamp of a 16-bit sum to 0..255. PS 4 puts alpha in the fourth byte.
+template <int PS>
+inline void StorePixels(uint8_t* d, const Three<V8s>& o, __m128i alpha) {
+    const __m128i b0 = _mm_packus_epi16(__m128i(o.a), __m128i(o.a));
+    const __m128i b1 = _mm_packus_epi16(__m128i(o.b), __m128i(o.b));
+    const __m128i b2 = _mm_packus_epi16(__m128i(o.c), __m128i(o.c));
+    const __m128i p01 = _mm_unpacklo_epi8(b0, b1), p2a = _mm_unpacklo_epi8(b2, alpha);
+    const __m128i lo = _mm_unpacklo_epi16(p01, p2a), hi = _mm_unpackhi_epi16(p01, p2a);
+    if constexpr (PS == 4) pack::St(d, lo), pack::St(d + 16, hi);
+    else pack::Store8x3(d, lo, hi);
+}
+// Eight plane samples of 8 or 16 bits, to and from 16-bit lanes.
 template <class T>
-inline VI LoadLanes(const T* p) {
-    if constexpr (sizeof(T) == 1) {
-        return VI{p[0], p[1], p[2], p[3]};
-    } else if constexpr (sizeof(T) == 2) {
-        V4s v;
-        __builtin_memcpy(&v, p, 8);
-        return __builtin_convertvector(v, VI);
-    } else {
-        VI v;
-        __builtin_memcpy(&v, p, 16);
-        return v;
-    }
+inline V8s LoadPlane(const T* p) {
+    if constexpr (sizeof(T) == 1) return V8s(_mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), _mm_setzero_si128()));
+    else return V8s(pack::Ld(p));
 }
 template <class T>
-inline void StoreLanes(T* p, VI v) {
-    if constexpr (sizeof(T) == 1) {
-        const uint32_t w = uint32_t(v[0] & 255) | uint32_t(v[1] & 255) << 8 | uint32_t(v[2] & 255) << 16 |
-                           uint32_t(v[3]) << 24;
-        __builtin_memcpy(p, &w, 4);
-    } else if constexpr (sizeof(T) == 2) {
-        const V4s s = __builtin_convertvector(v, V4s);
-        __builtin_memcpy(p, &s, 8);
-    } else {
-        __builtin_memcpy(p, &v, 16);
-    }
+inline void StorePlane(T* p, V8s v) {
+    if constexpr (sizeof(T) == 1) _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(__m128i(v), __m128i(v)));
+    else pack::St(p, __m128i(v));
 }
+inline constexpr int kStep = 8;
 
 // Packed (B, G, R[, A]) or, for the biased pair, (R, G, B) to three planes.
-// Byte pixels go four at a time, each read as one 32-bit word (its fourth
-// byte is alpha or the next pixel's, and dropped; a three-byte row stops
-// one pixel early so that no word reaches past it).
+// Byte pixels go eight at a time in 16-bit lanes.
 template <const Member& M, int PS, class TI, class TO>
 ZilStatus Forward(const TI* src, int srcStep, TO* const dst[3], int dstStep, ZilSize sz) {
     if (ZilStatus st = Check(AnyNull(src, dst) || AnyNull(dst[0], dst[1], dst[2]), sz, M.size)) return st;
@@ -144,12 +158,10 @@ ZilStatus Forward(const TI* src, int srcStep, TO* const dst[3], int dstStep, Zil
         const TI* __restrict s = src;
         int x = 0;
         if constexpr (sizeof(TI) == 1) {
-            for (; x + kLanes + (PS == 3) <= sz.width; x += kLanes) {
-                uint32_t w[kLanes];
-                for (int k = 0; k < kLanes; ++k) __builtin_memcpy(&w[k], s + PS * (x + k), 4);
-                const VI v = {int32_t(w[0]), int32_t(w[1]), int32_t(w[2]), int32_t(w[3])};
-                const Three<VI> o = FwdPixel<M.xf, wide16>(v & 255, (v >> 8) & 255, (v >> 16) & 255);
-                StoreLanes(y + x, o.a), StoreLanes(co + x, o.b), StoreLanes(cg + x, o.c);
+            for (; x + kStep <= sz.width; x += kStep) {
+                const Three<V8s> i = LoadPixels<PS>(s + PS * x);
+                const Three<V8s> o = FwdPixel<M.xf, wide16>(i.a, i.b, i.c);
+                StorePlane(y + x, o.a), StorePlane(co + x, o.b), StorePlane(cg + x, o.c);
             }
         }
         for (; x < sz.width; ++x) {
@@ -164,9 +176,8 @@ ZilStatus Forward(const TI* src, int srcStep, TO* const dst[3], int dstStep, Zil
 }
 
 // Three planes to packed (B, G, R) or (R, G, B); with PS 4 the fourth element
-// of every pixel gets the low byte or word of alpha. Byte pixels go four at a
-// time as 32-bit words (with PS 3 each word's fourth byte is rewritten by the
-// next pixel's, and the last of the four is written as three bytes).
+// of every pixel gets the low byte or word of alpha. Byte pixels go eight at a
+// time in 16-bit lanes.
 template <const Member& M, int PS, class TI, class TO>
 ZilStatus Inverse(const TI* const src[3], int srcStep, TO* dst, int dstStep, ZilSize sz, int32_t alpha = 0) {
     if (ZilStatus st = Check(AnyNull(src, dst) || AnyNull(src[0], src[1], src[2]), sz, M.size)) return st;
@@ -176,19 +187,9 @@ ZilStatus Inverse(const TI* const src[3], int srcStep, TO* dst, int dstStep, Zil
         TO* __restrict d = dst;
         int x = 0;
         if constexpr (sizeof(TO) == 1) {
-            for (; x + kLanes <= sz.width; x += kLanes) {
-                const Three<VI> o = InvPixel<M.xf>(LoadLanes(y + x), LoadLanes(co + x), LoadLanes(cg + x));
-                const VI w = Stored<TO>(o.a) | Stored<TO>(o.b) << 8 | Stored<TO>(o.c) << 16 | int32_t(uint32_t(a) << 24);
-                for (int k = 0; k < kLanes; ++k) {
-                    const uint32_t u = uint32_t(w[k]);
-                    if (PS == 4 || k + 1 < kLanes) {
-                        __builtin_memcpy(d + PS * (x + k), &u, 4);
-                    } else {
-                        const uint16_t lo = uint16_t(u);
-                        __builtin_memcpy(d + PS * (x + k), &lo, 2);
-                        d[PS * (x + k) + 2] = uint8_t(u >> 16);
-                    }
-                }
+            const __m128i av = _mm_set1_epi8(char(a));
+            for (; x + kStep <= sz.width; x += kStep) {
+                StorePixels<PS>(d + PS * x, InvPixel<M.xf>(LoadPlane(y + x), LoadPlane(co + x), LoadPlane(cg + x)), av);
             }
         }
         for (; x < sz.width; ++x) {
