@@ -48,6 +48,9 @@ constexpr T ClampSample(int32_t v) {
 // Columns per chunk of the judging and selecting stages, whose intermediates
 // live in fixed local arrays.
 inline constexpr int kChunk = 64;
+// Positions per chunk of the judging stage: with the neighbour on each side a
+// chunk is a whole number of eight-lane groups.
+inline constexpr int kJudge = 126;
 
 template <class T>
 struct AhdJob {
@@ -252,14 +255,6 @@ inline void YccW(W r, W g, W b, W& y, W& cb, W& cr) {
 }
 
 inline W AbsDiffW(W a, W b) { return _mm_sub_epi16(_mm_max_epi16(a, b), _mm_min_epi16(a, b)); }
-// Squared chroma distance of eight pixels as two halves of four 32-bit lanes.
-inline void ChromaDistW(W u0, W u1, W v0, W v1, W& lo, W& hi) {
-    const W du = AbsDiffW(u0, u1), dv = AbsDiffW(v0, v1);
-    const W uL = _mm_mullo_epi16(du, du), uH = _mm_mulhi_epu16(du, du);
-    const W vL = _mm_mullo_epi16(dv, dv), vH = _mm_mulhi_epu16(dv, dv);
-    lo = _mm_add_epi32(_mm_unpacklo_epi16(uL, uH), _mm_unpacklo_epi16(vL, vH));
-    hi = _mm_add_epi32(_mm_unpackhi_epi16(uL, uH), _mm_unpackhi_epi16(vL, vH));
-}
 inline W LoadW(const void* p) { return _mm_loadu_si128(reinterpret_cast<const W*>(p)); }
 inline void StoreW(void* p, W v) { _mm_storeu_si128(reinterpret_cast<W*>(p), v); }
 inline W Max32(W a, W b) {
@@ -269,6 +264,53 @@ inline W Max32(W a, W b) {
 inline W Min32(W a, W b) {
     const W m = _mm_cmpgt_epi32(a, b);
     return _mm_or_si128(_mm_and_si128(m, b), _mm_andnot_si128(m, a));
+}
+
+// Lanes of the squared chroma distance of eight pixels, formed from the
+// absolute differences du and dv (unsigned 16-bit) in kParts vectors.
+template <class T>
+struct ChromaLanes;
+// At 8 bits the sum stays below 57500: each chroma difference is at most its
+// unfloored value plus 1, and over the cube of colour differences the largest
+// sum, at a corner, is under that. It is held in 16 bits offset by -32768.
+template <>
+struct ChromaLanes<uint8_t> {
+    using C = int16_t;
+    static constexpr int kParts = 1;
+    static void Dist(W du, W dv, W* out) {
+        out[0] = _mm_xor_si128(_mm_add_epi16(_mm_mullo_epi16(du, du), _mm_mullo_epi16(dv, dv)),
+                               _mm_set1_epi16(-32768));
+    }
+    static W Max(W a, W b) { return _mm_max_epi16(a, b); }
+    static W Min(W a, W b) { return _mm_min_epi16(a, b); }
+    static W Gt(W a, W b) { return _mm_cmpgt_epi16(a, b); }
+    static W Mask16(const W* m) { return m[0]; }
+};
+// At 16 bits each square is formed whole from its low and high 16-bit halves
+// and the sum wraps in 32 bits.
+template <>
+struct ChromaLanes<uint16_t> {
+    using C = int32_t;
+    static constexpr int kParts = 2;
+    static void Dist(W du, W dv, W* out) {
+        const W uL = _mm_mullo_epi16(du, du), uH = _mm_mulhi_epu16(du, du);
+        const W vL = _mm_mullo_epi16(dv, dv), vH = _mm_mulhi_epu16(dv, dv);
+        out[0] = _mm_add_epi32(_mm_unpacklo_epi16(uL, uH), _mm_unpacklo_epi16(vL, vH));
+        out[1] = _mm_add_epi32(_mm_unpackhi_epi16(uL, uH), _mm_unpackhi_epi16(vL, vH));
+    }
+    static W Max(W a, W b) { return Max32(a, b); }
+    static W Min(W a, W b) { return Min32(a, b); }
+    static W Gt(W a, W b) { return _mm_cmpgt_epi32(a, b); }
+    static W Mask16(const W* m) { return _mm_packs_epi32(m[0], m[1]); }
+};
+
+// Chroma distance of eight pixels, stored from out on.
+template <class T>
+inline void StoreChromaDist(W u0, W u1, W v0, W v1, typename ChromaLanes<T>::C* out) {
+    using CL = ChromaLanes<T>;
+    W c[CL::kParts];
+    CL::Dist(AbsDiffW(u0, u1), AbsDiffW(v0, v1), c);
+    for (int h = 0; h < CL::kParts; ++h) StoreW(out + h * (8 / CL::kParts), c[h]);
 }
 
 // E of row j for positions 2 .. w + 3 (entry 0 is i = 2), from the candidates
@@ -292,18 +334,20 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
     // whose results are never used; the arrays start zeroed so every lane is
     // a defined value), the candidate lines up to 7 samples past position
     // w + 4, which stays inside the next line of the work area.
-    constexpr int kLen = kChunk + 24;
+    constexpr int kLen = kJudge + 24;
     alignas(16) int16_t Y[2][3][kLen] = {}, U[2][3][kLen] = {}, V[2][3][kLen] = {};
     // Per candidate: Y distance (offset by -32768) and chroma distance of
     // entry p to its right-hand neighbour (p = 0 .. n) and to its upper and
     // lower neighbours (p = 1 .. n).
-    alignas(16) int16_t yR[2][kLen], yU[2][kLen], yD[2][kLen];
-    alignas(16) int32_t cR[2][kLen], cU[2][kLen], cD[2][kLen];
+    alignas(16) int16_t yR[2][kLen] = {}, yU[2][kLen], yD[2][kLen];
+    using CL = ChromaLanes<T>;
+    constexpr int kPart = 8 / CL::kParts;  // lanes of a chroma vector
+    alignas(16) typename CL::C cR[2][kLen] = {}, cU[2][kLen], cD[2][kLen];
     alignas(16) int16_t eTmp[kLen];
     const W off = _mm_set1_epi16(-32768);
     const int32_t end = J.w + 4;  // one past the last judged position
-    for (int32_t i0 = 2; i0 < end; i0 += kChunk) {
-        const int32_t n = Min(kChunk, end - i0);
+    for (int32_t i0 = 2; i0 < end; i0 += kJudge) {
+        const int32_t n = Min(kJudge, end - i0);
         for (int q = 0; q < 3; ++q)
             for (int d = 0; d < 2; ++d) {
                 const T* r = rgb[q][d][0] + (i0 - 1);
@@ -318,26 +362,18 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
                 }
             }
         for (int d = 0; d < 2; ++d) {
-            for (int32_t p = 0; p < n + 8; p += 8) {
+            for (int32_t p = 0; p <= n; p += 8) {
                 const W y0 = LoadW(&Y[d][1][p]), y1 = LoadW(&Y[d][1][p + 1]);
                 StoreW(&yR[d][p], _mm_xor_si128(AbsDiffW(y1, y0), off));
-                W lo, hi;
-                ChromaDistW(LoadW(&U[d][1][p + 1]), LoadW(&U[d][1][p]), LoadW(&V[d][1][p + 1]),
-                            LoadW(&V[d][1][p]), lo, hi);
-                StoreW(&cR[d][p], lo);
-                StoreW(&cR[d][p + 4], hi);
+                StoreChromaDist<T>(LoadW(&U[d][1][p + 1]), LoadW(&U[d][1][p]), LoadW(&V[d][1][p + 1]),
+                                   LoadW(&V[d][1][p]), &cR[d][p]);
             }
             for (int32_t p = 1; p <= n; p += 8) {
                 const W yc = LoadW(&Y[d][1][p]), uc = LoadW(&U[d][1][p]), vc = LoadW(&V[d][1][p]);
                 StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(&Y[d][0][p]), yc), off));
                 StoreW(&yD[d][p], _mm_xor_si128(AbsDiffW(LoadW(&Y[d][2][p]), yc), off));
-                W lo, hi;
-                ChromaDistW(LoadW(&U[d][0][p]), uc, LoadW(&V[d][0][p]), vc, lo, hi);
-                StoreW(&cU[d][p], lo);
-                StoreW(&cU[d][p + 4], hi);
-                ChromaDistW(LoadW(&U[d][2][p]), uc, LoadW(&V[d][2][p]), vc, lo, hi);
-                StoreW(&cD[d][p], lo);
-                StoreW(&cD[d][p + 4], hi);
+                StoreChromaDist<T>(LoadW(&U[d][0][p]), uc, LoadW(&V[d][0][p]), vc, &cU[d][p]);
+                StoreChromaDist<T>(LoadW(&U[d][2][p]), uc, LoadW(&V[d][2][p]), vc, &cD[d][p]);
             }
         }
         // A comparison gives -1 where it holds, so each candidate's sum of
@@ -348,13 +384,14 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
             // Thresholds from each candidate's own direction: H along the row, V along the column.
             const W epsY = _mm_min_epi16(_mm_max_epi16(LoadW(&yR[0][p - 1]), LoadW(&yR[0][p])),
                                          _mm_max_epi16(LoadW(&yU[1][p]), LoadW(&yD[1][p])));
-            W epsC[2];
-            for (int h = 0; h < 2; ++h)
-                epsC[h] = Min32(Max32(LoadW(&cR[0][p - 1 + 4 * h]), LoadW(&cR[0][p + 4 * h])),
-                                Max32(LoadW(&cU[1][p + 4 * h]), LoadW(&cD[1][p + 4 * h])));
-            auto fail = [&](const int16_t* y, const int32_t* c) {
-                const W fc = _mm_packs_epi32(_mm_cmpgt_epi32(LoadW(c), epsC[0]), _mm_cmpgt_epi32(LoadW(c + 4), epsC[1]));
-                return _mm_or_si128(_mm_cmpgt_epi16(LoadW(y), epsY), fc);
+            W epsC[CL::kParts];
+            for (int h = 0; h < CL::kParts; ++h)
+                epsC[h] = CL::Min(CL::Max(LoadW(&cR[0][p - 1 + kPart * h]), LoadW(&cR[0][p + kPart * h])),
+                                  CL::Max(LoadW(&cU[1][p + kPart * h]), LoadW(&cD[1][p + kPart * h])));
+            auto fail = [&](const int16_t* y, const typename CL::C* c) {
+                W fc[CL::kParts];
+                for (int h = 0; h < CL::kParts; ++h) fc[h] = CL::Gt(LoadW(c + kPart * h), epsC[h]);
+                return _mm_or_si128(_mm_cmpgt_epi16(LoadW(y), epsY), CL::Mask16(fc));
             };
             auto fails = [&](int d) {
                 const W fl = fail(&yR[d][p - 1], &cR[d][p - 1]), fr = fail(&yR[d][p], &cR[d][p]);
