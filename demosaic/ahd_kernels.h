@@ -405,6 +405,16 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
     }
 }
 
+// Sixteen values of a homogeneity line as signed bytes.
+inline W LoadE(const uint8_t* p) { return LoadW(p); }
+inline W LoadE(const uint16_t* p) { return _mm_packs_epi16(LoadW(p), LoadW(p + 8)); }
+// Sixteen selection masks (all-ones or zero bytes) as masks of the sample type.
+inline void StorePick(uint8_t* p, W m) { StoreW(p, m); }
+inline void StorePick(uint16_t* p, W m) {
+    StoreW(p, _mm_unpacklo_epi8(m, m));
+    StoreW(p + 8, _mm_unpackhi_epi8(m, m));
+}
+
 // ---- select -----------------------------------------------------------------------
 // Output row j - 3: S = sum of E over the 3x3 box; a zero S takes the value
 // kept from the pixel to the left (1 at the row's first pixel); S >= 0 picks
@@ -423,16 +433,44 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
     const T* __restrict gv = J.Line(GreenV(gs)) + 3;
     T* __restrict out = AdvanceT(J.dst, ptrdiff_t(j - 3) * J.dstStep);
 
-    int32_t col[kChunk + 2];
     T pickH[kChunk];  // all ones where the horizontal candidate wins, else 0
+    // Only the sign of the value kept from the left matters: it is carried as
+    // +1 or -1.
     int32_t kept = 1;
+    // E is read as its signed low byte, which holds the whole value (-4 .. 4).
+    auto colE = [&](int32_t k) { return int32_t(int8_t(e0[k])) + int32_t(int8_t(e1[k])) + int32_t(int8_t(e2[k])); };
     for (int32_t k0 = 0; k0 < J.w; k0 += kChunk) {
         const int32_t n = Min(kChunk, J.w - k0);
-        // E is read as its signed low byte, which holds the whole value (-4 .. 4).
-        for (int32_t t = 0; t < n + 2; ++t)
-            col[t] = int32_t(int8_t(e0[k0 + t])) + int32_t(int8_t(e1[k0 + t])) + int32_t(int8_t(e2[k0 + t]));
-        for (int32_t t = 0; t < n; ++t) {
-            const int32_t s = col[t] + col[t + 1] + col[t + 2];
+        int32_t t = 0;
+        // Sixteen columns a step in signed bytes (S is within -36 .. 36). The
+        // decision of a column with S = 0 is that of the nearest column to its
+        // left with S != 0: known decisions are spread rightwards over 1, 2, 4
+        // and 8 columns, and columns still unknown take the carried one. The
+        // reads of a step end 17 columns on, inside the line.
+        for (; t + 16 <= n; t += 16) {
+            const int32_t k = k0 + t;
+            W sum = _mm_setzero_si128();
+            for (int c = 0; c < 3; ++c)
+                sum = _mm_add_epi8(sum, _mm_add_epi8(_mm_add_epi8(LoadE(e0 + k + c), LoadE(e1 + k + c)),
+                                                     LoadE(e2 + k + c)));
+            const W zero = _mm_setzero_si128();
+            W known = _mm_xor_si128(_mm_cmpeq_epi8(sum, zero), _mm_set1_epi8(-1));
+            W pick = _mm_xor_si128(_mm_cmpgt_epi8(zero, sum), _mm_set1_epi8(-1));
+            auto spread = [&](W shiftedPick, W shiftedKnown) {
+                pick = _mm_or_si128(_mm_and_si128(known, pick), _mm_andnot_si128(known, shiftedPick));
+                known = _mm_or_si128(known, shiftedKnown);
+            };
+            spread(_mm_slli_si128(pick, 1), _mm_slli_si128(known, 1));
+            spread(_mm_slli_si128(pick, 2), _mm_slli_si128(known, 2));
+            spread(_mm_slli_si128(pick, 4), _mm_slli_si128(known, 4));
+            spread(_mm_slli_si128(pick, 8), _mm_slli_si128(known, 8));
+            pick = _mm_or_si128(_mm_and_si128(known, pick), _mm_andnot_si128(known, _mm_set1_epi8(kept >= 0 ? -1 : 0)));
+            StorePick(pickH + t, pick);
+            kept = (_mm_movemask_epi8(pick) & 0x8000) ? 1 : -1;
+        }
+        for (; t < n; ++t) {
+            const int32_t k = k0 + t;
+            const int32_t s = colE(k) + colE(k + 1) + colE(k + 2);
             kept = s != 0 ? s : kept;
             pickH[t] = static_cast<T>(kept >= 0 ? ~0u : 0u);
         }
@@ -442,7 +480,7 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
         // elements into that pixel, which its own store then overwrites.
         using V = typename cfa::Lanes<T>::V;
         constexpr int32_t kGroup = 2 * cfa::Lanes<T>::kPairs;
-        int32_t t = 0;
+        t = 0;
         for (; t + kGroup <= n && k0 + t + kGroup < J.w; t += kGroup) {
             const int32_t k = k0 + t;
             const cfa::Split<T> m = cfa::LoadSplit(pickH + t);
