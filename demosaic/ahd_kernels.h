@@ -15,7 +15,9 @@
 //   judge r-2    homogeneity difference E = h[H] - h[V] in a luma-chroma space;
 //   select r-3   3x3 sum of E, tie carried along the row, copy of the winner.
 //
-// All arithmetic is signed 32-bit; >> is arithmetic and floors.
+// All values are those of signed 32-bit arithmetic, where >> is arithmetic and
+// floors; the judging and selecting stages form them in narrower lanes wherever
+// every value fits.
 #pragma once
 
 #include "ahd_members.h"
