@@ -15,11 +15,15 @@
 //   judge r-2    homogeneity difference E = h[H] - h[V] in a luma-chroma space;
 //   select r-3   3x3 sum of E, tie carried along the row, copy of the winner.
 //
-// All arithmetic is signed 32-bit; >> is arithmetic and floors.
+// All values are those of signed 32-bit arithmetic, where >> is arithmetic and
+// floors; the judging and selecting stages form them in narrower lanes wherever
+// every value fits.
 #pragma once
 
 #include "ahd_members.h"
 #include "cfa_simd.h"
+
+#include <emmintrin.h>
 
 namespace zil::ahd {
 
@@ -43,55 +47,12 @@ constexpr T ClampSample(int32_t v) {
     return static_cast<T>(Min(Max(v, 0), AhdDepth<T>::kMax));
 }
 
-// Luma and signed chroma of one candidate pixel; the same weights at both
-// depths. Each sum is formed in the depth's own lane type, which holds it
-// exactly (see AhdDepth), and then shifted: >> 8 floors.
-template <class T>
-inline void ToYcc(int32_t r, int32_t g, int32_t b, typename AhdDepth<T>::Luma& y,
-                  typename AhdDepth<T>::Chroma& cb, typename AhdDepth<T>::Chroma& cr) {
-    using L = typename AhdDepth<T>::Luma;
-    using C = typename AhdDepth<T>::Chroma;
-    y = static_cast<L>(static_cast<L>(66 * r + 129 * g + 25 * b + 128) >> 8);
-    cb = static_cast<C>(static_cast<C>(-38 * r - 74 * g + 112 * b + 128) >> 8);
-    cr = static_cast<C>(static_cast<C>(112 * r - 94 * g - 18 * b + 128) >> 8);
-}
-
-// Squared chroma distance between (cb0, cr0) and (cb1, cr1), with 32-bit
-// two's-complement wrap: at 16 bits a strong edge squares past the positive
-// range, and the judgement follows the wrapped value. At 8 bits each
-// difference fits 16 bits and the sum never wraps.
-template <class T, class C>
-inline int32_t ChromaDist(C cb0, C cb1, C cr0, C cr1) {
-    if constexpr (sizeof(T) == 1) {
-        const int16_t a = static_cast<int16_t>(cb0 - cb1), b = static_cast<int16_t>(cr0 - cr1);
-        return int32_t(a) * a + int32_t(b) * b;
-    } else {
-        const uint32_t a = static_cast<uint32_t>(int32_t(cb0) - int32_t(cb1));
-        const uint32_t b = static_cast<uint32_t>(int32_t(cr0) - int32_t(cr1));
-        return static_cast<int32_t>(a * a + b * b);
-    }
-}
-
-constexpr int32_t Abs(int32_t v) { return v < 0 ? -v : v; }
-
-// Four 32-bit lanes, loaded and stored at any alignment. Baseline x86-64 has
-// no 32-bit minimum or maximum, so they are masks.
-typedef int32_t I4 __attribute__((vector_size(16)));
-typedef I4 I4Unaligned __attribute__((aligned(4), may_alias));
-inline I4 LoadI4(const int32_t* p) { return *reinterpret_cast<const I4Unaligned*>(p); }
-inline void StoreI4(int32_t* p, I4 v) { *reinterpret_cast<I4Unaligned*>(p) = v; }
-inline I4 MaxI4(I4 a, I4 b) {
-    const I4 m = a > b;
-    return (a & m) | (b & ~m);
-}
-inline I4 MinI4(I4 a, I4 b) {
-    const I4 m = a < b;
-    return (a & m) | (b & ~m);
-}
-
 // Columns per chunk of the judging and selecting stages, whose intermediates
 // live in fixed local arrays.
 inline constexpr int kChunk = 64;
+// Positions per chunk of the judging stage: with the neighbour on each side a
+// chunk is a whole number of eight-lane groups.
+inline constexpr int kJudge = 126;
 
 template <class T>
 struct AhdJob {
@@ -245,6 +206,115 @@ void CompleteRow(const AhdJob<T>& J, int32_t j, RowType rt) {
 }
 
 // ---- judge ----------------------------------------------------------------------
+// Eight columns a step in 16-bit lanes. Y, Cb and Cr of a candidate fit 16 bits
+// at both depths (Y within 0 .. 56320, Cb and Cr within -28672 .. 28672 at 16
+// bits); Y is kept offset by -32768 so that signed 16-bit order is its order.
+// A distance |a - b| is max - min, which as an unsigned 16-bit value is exact;
+// chroma distances are the 32-bit wrapped sums of the squared differences,
+// each square formed whole from its low and high 16-bit halves.
+typedef __m128i W;
+inline W LoadSamples(const uint8_t* p) {
+    return _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const W*>(p)), _mm_setzero_si128());
+}
+inline W LoadSamples(const uint16_t* p) { return _mm_loadu_si128(reinterpret_cast<const W*>(p)); }
+
+// Luma (offset) and chroma of eight pixels.
+template <class T>
+inline void YccW(W r, W g, W b, W& y, W& cb, W& cr) {
+    if constexpr (sizeof(T) == 1) {
+        // Every weighted sum fits 16 bits (Y's as unsigned), so the lanes wrap
+        // exactly as the sums are formed.
+        auto sum = [&](int16_t kr, int16_t kg, int16_t kb) {
+            return _mm_add_epi16(_mm_add_epi16(_mm_mullo_epi16(r, _mm_set1_epi16(kr)),
+                                               _mm_mullo_epi16(g, _mm_set1_epi16(kg))),
+                                 _mm_add_epi16(_mm_mullo_epi16(b, _mm_set1_epi16(kb)), _mm_set1_epi16(128)));
+        };
+        y = _mm_xor_si128(_mm_srli_epi16(sum(66, 129, 25), 8), _mm_set1_epi16(-32768));
+        cb = _mm_srai_epi16(sum(-38, -74, 112), 8);
+        cr = _mm_srai_epi16(sum(112, -94, -18), 8);
+    } else {
+        // Samples offset by -32768 into signed lanes, then pairwise products
+        // summed in 32 bits: k r + l g + m b + 128 is the offset sum plus
+        // 32768 (k + l + m), which is 0 for chroma and 220 * 32768 for luma.
+        const W bias = _mm_set1_epi16(-32768), one = _mm_set1_epi16(1);
+        const W rs = _mm_xor_si128(r, bias), gs = _mm_xor_si128(g, bias), bs = _mm_xor_si128(b, bias);
+        const W rgLo = _mm_unpacklo_epi16(rs, gs), rgHi = _mm_unpackhi_epi16(rs, gs);
+        const W b1Lo = _mm_unpacklo_epi16(bs, one), b1Hi = _mm_unpackhi_epi16(bs, one);
+        auto sum = [&](int16_t kr, int16_t kg, int16_t kb, int32_t k0) {
+            const W krg = _mm_set_epi16(kg, kr, kg, kr, kg, kr, kg, kr);
+            const W kb1 = _mm_set_epi16(128, kb, 128, kb, 128, kb, 128, kb);
+            const W c = _mm_set1_epi32(k0);
+            const W lo = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rgLo, krg), _mm_madd_epi16(b1Lo, kb1)), c);
+            const W hi = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rgHi, krg), _mm_madd_epi16(b1Hi, kb1)), c);
+            return _mm_packs_epi32(_mm_srai_epi32(lo, 8), _mm_srai_epi32(hi, 8));
+        };
+        // Luma: adding 220 * 32768 and then taking 32768 * 256 away before the
+        // shift leaves the quotient offset by -32768, within 16 signed bits.
+        y = sum(66, 129, 25, 220 * 32768 - 256 * 32768);
+        cb = sum(-38, -74, 112, 0);
+        cr = sum(112, -94, -18, 0);
+    }
+}
+
+inline W AbsDiffW(W a, W b) { return _mm_sub_epi16(_mm_max_epi16(a, b), _mm_min_epi16(a, b)); }
+inline W LoadW(const void* p) { return _mm_loadu_si128(reinterpret_cast<const W*>(p)); }
+inline void StoreW(void* p, W v) { _mm_storeu_si128(reinterpret_cast<W*>(p), v); }
+inline W Max32(W a, W b) {
+    const W m = _mm_cmpgt_epi32(a, b);
+    return _mm_or_si128(_mm_and_si128(m, a), _mm_andnot_si128(m, b));
+}
+inline W Min32(W a, W b) {
+    const W m = _mm_cmpgt_epi32(a, b);
+    return _mm_or_si128(_mm_and_si128(m, b), _mm_andnot_si128(m, a));
+}
+
+// Lanes of the squared chroma distance of eight pixels, formed from the
+// absolute differences du and dv (unsigned 16-bit) in kParts vectors.
+template <class T>
+struct ChromaLanes;
+// At 8 bits the sum stays below 57500: each chroma difference is at most its
+// unfloored value plus 1, and over the cube of colour differences the largest
+// sum, at a corner, is under that. It is held in 16 bits offset by -32768.
+template <>
+struct ChromaLanes<uint8_t> {
+    using C = int16_t;
+    static constexpr int kParts = 1;
+    static void Dist(W du, W dv, W* out) {
+        out[0] = _mm_xor_si128(_mm_add_epi16(_mm_mullo_epi16(du, du), _mm_mullo_epi16(dv, dv)),
+                               _mm_set1_epi16(-32768));
+    }
+    static W Max(W a, W b) { return _mm_max_epi16(a, b); }
+    static W Min(W a, W b) { return _mm_min_epi16(a, b); }
+    static W Gt(W a, W b) { return _mm_cmpgt_epi16(a, b); }
+    static W Mask16(const W* m) { return m[0]; }
+};
+// At 16 bits each square is formed whole from its low and high 16-bit halves
+// and the sum wraps in 32 bits.
+template <>
+struct ChromaLanes<uint16_t> {
+    using C = int32_t;
+    static constexpr int kParts = 2;
+    static void Dist(W du, W dv, W* out) {
+        const W uL = _mm_mullo_epi16(du, du), uH = _mm_mulhi_epu16(du, du);
+        const W vL = _mm_mullo_epi16(dv, dv), vH = _mm_mulhi_epu16(dv, dv);
+        out[0] = _mm_add_epi32(_mm_unpacklo_epi16(uL, uH), _mm_unpacklo_epi16(vL, vH));
+        out[1] = _mm_add_epi32(_mm_unpackhi_epi16(uL, uH), _mm_unpackhi_epi16(vL, vH));
+    }
+    static W Max(W a, W b) { return Max32(a, b); }
+    static W Min(W a, W b) { return Min32(a, b); }
+    static W Gt(W a, W b) { return _mm_cmpgt_epi32(a, b); }
+    static W Mask16(const W* m) { return _mm_packs_epi32(m[0], m[1]); }
+};
+
+// Chroma distance of eight pixels, stored from out on.
+template <class T>
+inline void StoreChromaDist(W u0, W u1, W v0, W v1, typename ChromaLanes<T>::C* out) {
+    using CL = ChromaLanes<T>;
+    W c[CL::kParts];
+    CL::Dist(AbsDiffW(u0, u1), AbsDiffW(v0, v1), c);
+    for (int h = 0; h < CL::kParts; ++h) StoreW(out + h * (8 / CL::kParts), c[h]);
+}
+
 // E of row j for positions 2 .. w + 3 (entry 0 is i = 2), from the candidates
 // of rows j - 1, j, j + 1, stored as a small signed value in the sample type.
 template <class T>
@@ -261,68 +331,90 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
     }
     T* __restrict e = J.Line(Diff(ColourSlot(j + 1)));
 
-    using L = typename AhdDepth<T>::Luma;
-    using C = typename AhdDepth<T>::Chroma;
-    L Y[2][3][kChunk + 2];
-    C U[2][3][kChunk + 2], V[2][3][kChunk + 2];
+    // Entry p of a chunk is position i0 - 1 + p. Reads run whole groups of
+    // eight: the luma-chroma arrays up to 15 entries past the chunk (lanes
+    // whose results are never used; the arrays start zeroed so every lane is
+    // a defined value), the candidate lines up to 7 samples past position
+    // w + 4, which stays inside the next line of the work area.
+    constexpr int kLen = kJudge + 24;
+    alignas(16) int16_t Y[2][3][kLen] = {}, U[2][3][kLen] = {}, V[2][3][kLen] = {};
+    // Per candidate: Y distance (offset by -32768) and chroma distance of
+    // entry p to its right-hand neighbour (p = 0 .. n) and to its upper and
+    // lower neighbours (p = 1 .. n).
+    alignas(16) int16_t yR[2][kLen] = {}, yU[2][kLen], yD[2][kLen];
+    using CL = ChromaLanes<T>;
+    constexpr int kPart = 8 / CL::kParts;  // lanes of a chroma vector
+    alignas(16) typename CL::C cR[2][kLen] = {}, cU[2][kLen], cD[2][kLen];
+    alignas(16) int16_t eTmp[kLen];
+    const W off = _mm_set1_epi16(-32768);
     const int32_t end = J.w + 4;  // one past the last judged position
-    for (int32_t i0 = 2; i0 < end; i0 += kChunk) {
-        const int32_t n = Min(kChunk, end - i0);
+    for (int32_t i0 = 2; i0 < end; i0 += kJudge) {
+        const int32_t n = Min(kJudge, end - i0);
         for (int q = 0; q < 3; ++q)
             for (int d = 0; d < 2; ++d) {
-                const T* __restrict r = rgb[q][d][0] + (i0 - 1);
-                const T* __restrict g = rgb[q][d][1] + (i0 - 1);
-                const T* __restrict b = rgb[q][d][2] + (i0 - 1);
-                L* __restrict y = Y[d][q];
-                C* __restrict u = U[d][q];
-                C* __restrict v = V[d][q];
-                for (int32_t t = 0; t < n + 2; ++t) ToYcc<T>(r[t], g[t], b[t], y[t], u[t], v[t]);
+                const T* r = rgb[q][d][0] + (i0 - 1);
+                const T* g = rgb[q][d][1] + (i0 - 1);
+                const T* b = rgb[q][d][2] + (i0 - 1);
+                for (int32_t p = 0; p < n + 2; p += 8) {
+                    W y, u, v;
+                    YccW<T>(LoadSamples(r + p), LoadSamples(g + p), LoadSamples(b + p), y, u, v);
+                    StoreW(&Y[d][q][p], y);
+                    StoreW(&U[d][q][p], u);
+                    StoreW(&V[d][q][p], v);
+                }
             }
-        // Distances to the right-hand and lower neighbours of each column; the
-        // left-hand distance of column t is the right-hand one of t - 1.
-        // Sized for the 4-lane reads, which run up to three columns past n
-        // (values there are never stored).
-        int32_t yR[2][kChunk + 4], cR[2][kChunk + 4], yU[2][kChunk + 4], cU[2][kChunk + 4], yD[2][kChunk + 4],
-            cD[2][kChunk + 4];
         for (int d = 0; d < 2; ++d) {
-            for (int32_t t = 0; t <= n; ++t) {
-                yR[d][t] = Abs(int32_t(Y[d][1][t + 1]) - int32_t(Y[d][1][t]));
-                cR[d][t] = ChromaDist<T>(U[d][1][t + 1], U[d][1][t], V[d][1][t + 1], V[d][1][t]);
+            for (int32_t p = 0; p <= n; p += 8) {
+                const W y0 = LoadW(&Y[d][1][p]), y1 = LoadW(&Y[d][1][p + 1]);
+                StoreW(&yR[d][p], _mm_xor_si128(AbsDiffW(y1, y0), off));
+                StoreChromaDist<T>(LoadW(&U[d][1][p + 1]), LoadW(&U[d][1][p]), LoadW(&V[d][1][p + 1]),
+                                   LoadW(&V[d][1][p]), &cR[d][p]);
             }
-            for (int32_t t = 1; t <= n; ++t) {
-                yU[d][t] = Abs(int32_t(Y[d][0][t]) - int32_t(Y[d][1][t]));
-                cU[d][t] = ChromaDist<T>(U[d][0][t], U[d][1][t], V[d][0][t], V[d][1][t]);
-                yD[d][t] = Abs(int32_t(Y[d][2][t]) - int32_t(Y[d][1][t]));
-                cD[d][t] = ChromaDist<T>(U[d][2][t], U[d][1][t], V[d][2][t], V[d][1][t]);
+            for (int32_t p = 1; p <= n; p += 8) {
+                const W yc = LoadW(&Y[d][1][p]), uc = LoadW(&U[d][1][p]), vc = LoadW(&V[d][1][p]);
+                StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(&Y[d][0][p]), yc), off));
+                StoreW(&yD[d][p], _mm_xor_si128(AbsDiffW(LoadW(&Y[d][2][p]), yc), off));
+                StoreChromaDist<T>(LoadW(&U[d][0][p]), uc, LoadW(&V[d][0][p]), vc, &cU[d][p]);
+                StoreChromaDist<T>(LoadW(&U[d][2][p]), uc, LoadW(&V[d][2][p]), vc, &cD[d][p]);
             }
         }
-        // Four columns a step in 32-bit lanes. A comparison gives -1 where it
-        // holds, so each candidate's sum of failed neighbourhood tests is minus
-        // the count of failures, and h[H] - h[V] = (4 - failures of H) - (4 -
-        // failures of V) is the difference of the two sums.
-        int32_t eTmp[kChunk + 4];
-        for (int32_t t = 1; t <= n; t += 4) {
-            const I4 yL0 = LoadI4(&yR[0][t - 1]), yR0 = LoadI4(&yR[0][t]);
-            const I4 cL0 = LoadI4(&cR[0][t - 1]), cR0 = LoadI4(&cR[0][t]);
-            const I4 yU1 = LoadI4(&yU[1][t]), yD1 = LoadI4(&yD[1][t]);
-            const I4 cU1 = LoadI4(&cU[1][t]), cD1 = LoadI4(&cD[1][t]);
+        // A comparison gives -1 where it holds, so each candidate's sum of
+        // failed neighbourhood tests is minus the count of failures, and
+        // h[H] - h[V] = (4 - failures of H) - (4 - failures of V) is the
+        // difference of the two sums. Chroma masks are packed to 16 bits.
+        for (int32_t p = 1; p <= n; p += 8) {
             // Thresholds from each candidate's own direction: H along the row, V along the column.
-            const I4 epsY = MinI4(MaxI4(yL0, yR0), MaxI4(yU1, yD1));
-            const I4 epsC = MinI4(MaxI4(cL0, cR0), MaxI4(cU1, cD1));
-            auto fails = [&](int d) {
-                const I4 yl = d ? LoadI4(&yR[1][t - 1]) : yL0, cl = d ? LoadI4(&cR[1][t - 1]) : cL0;
-                const I4 yr = d ? LoadI4(&yR[1][t]) : yR0, cr = d ? LoadI4(&cR[1][t]) : cR0;
-                const I4 yu = d ? yU1 : LoadI4(&yU[0][t]), cu = d ? cU1 : LoadI4(&cU[0][t]);
-                const I4 yd = d ? yD1 : LoadI4(&yD[0][t]), cd = d ? cD1 : LoadI4(&cD[0][t]);
-                const I4 fl = (yl > epsY) | (cl > epsC), fr = (yr > epsY) | (cr > epsC);
-                const I4 fu = (yu > epsY) | (cu > epsC), fd = (yd > epsY) | (cd > epsC);
-                return (fl + fr) + (fu + fd);
+            const W epsY = _mm_min_epi16(_mm_max_epi16(LoadW(&yR[0][p - 1]), LoadW(&yR[0][p])),
+                                         _mm_max_epi16(LoadW(&yU[1][p]), LoadW(&yD[1][p])));
+            W epsC[CL::kParts];
+            for (int h = 0; h < CL::kParts; ++h)
+                epsC[h] = CL::Min(CL::Max(LoadW(&cR[0][p - 1 + kPart * h]), LoadW(&cR[0][p + kPart * h])),
+                                  CL::Max(LoadW(&cU[1][p + kPart * h]), LoadW(&cD[1][p + kPart * h])));
+            auto fail = [&](const int16_t* y, const typename CL::C* c) {
+                W fc[CL::kParts];
+                for (int h = 0; h < CL::kParts; ++h) fc[h] = CL::Gt(LoadW(c + kPart * h), epsC[h]);
+                return _mm_or_si128(_mm_cmpgt_epi16(LoadW(y), epsY), CL::Mask16(fc));
             };
-            StoreI4(&eTmp[t], fails(0) - fails(1));
+            auto fails = [&](int d) {
+                const W fl = fail(&yR[d][p - 1], &cR[d][p - 1]), fr = fail(&yR[d][p], &cR[d][p]);
+                const W fu = fail(&yU[d][p], &cU[d][p]), fd = fail(&yD[d][p], &cD[d][p]);
+                return _mm_add_epi16(_mm_add_epi16(fl, fr), _mm_add_epi16(fu, fd));
+            };
+            StoreW(&eTmp[p], _mm_sub_epi16(fails(0), fails(1)));
         }
         T* __restrict eo = e + (i0 - 2);
-        for (int32_t t = 1; t <= n; ++t) eo[t - 1] = static_cast<T>(eTmp[t]);
+        for (int32_t p = 1; p <= n; ++p) eo[p - 1] = static_cast<T>(eTmp[p]);
     }
+}
+
+// Sixteen values of a homogeneity line as signed bytes.
+inline W LoadE(const uint8_t* p) { return LoadW(p); }
+inline W LoadE(const uint16_t* p) { return _mm_packs_epi16(LoadW(p), LoadW(p + 8)); }
+// Sixteen selection masks (all-ones or zero bytes) as masks of the sample type.
+inline void StorePick(uint8_t* p, W m) { StoreW(p, m); }
+inline void StorePick(uint16_t* p, W m) {
+    StoreW(p, _mm_unpacklo_epi8(m, m));
+    StoreW(p + 8, _mm_unpackhi_epi8(m, m));
 }
 
 // ---- select -----------------------------------------------------------------------
@@ -343,16 +435,44 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
     const T* __restrict gv = J.Line(GreenV(gs)) + 3;
     T* __restrict out = AdvanceT(J.dst, ptrdiff_t(j - 3) * J.dstStep);
 
-    int32_t col[kChunk + 2];
     T pickH[kChunk];  // all ones where the horizontal candidate wins, else 0
+    // Only the sign of the value kept from the left matters: it is carried as
+    // +1 or -1.
     int32_t kept = 1;
+    // E is read as its signed low byte, which holds the whole value (-4 .. 4).
+    auto colE = [&](int32_t k) { return int32_t(int8_t(e0[k])) + int32_t(int8_t(e1[k])) + int32_t(int8_t(e2[k])); };
     for (int32_t k0 = 0; k0 < J.w; k0 += kChunk) {
         const int32_t n = Min(kChunk, J.w - k0);
-        // E is read as its signed low byte, which holds the whole value (-4 .. 4).
-        for (int32_t t = 0; t < n + 2; ++t)
-            col[t] = int32_t(int8_t(e0[k0 + t])) + int32_t(int8_t(e1[k0 + t])) + int32_t(int8_t(e2[k0 + t]));
-        for (int32_t t = 0; t < n; ++t) {
-            const int32_t s = col[t] + col[t + 1] + col[t + 2];
+        int32_t t = 0;
+        // Sixteen columns a step in signed bytes (S is within -36 .. 36). The
+        // decision of a column with S = 0 is that of the nearest column to its
+        // left with S != 0: known decisions are spread rightwards over 1, 2, 4
+        // and 8 columns, and columns still unknown take the carried one. The
+        // reads of a step end 17 columns on, inside the line.
+        for (; t + 16 <= n; t += 16) {
+            const int32_t k = k0 + t;
+            W sum = _mm_setzero_si128();
+            for (int c = 0; c < 3; ++c)
+                sum = _mm_add_epi8(sum, _mm_add_epi8(_mm_add_epi8(LoadE(e0 + k + c), LoadE(e1 + k + c)),
+                                                     LoadE(e2 + k + c)));
+            const W zero = _mm_setzero_si128();
+            W known = _mm_xor_si128(_mm_cmpeq_epi8(sum, zero), _mm_set1_epi8(-1));
+            W pick = _mm_xor_si128(_mm_cmpgt_epi8(zero, sum), _mm_set1_epi8(-1));
+            auto spread = [&](W shiftedPick, W shiftedKnown) {
+                pick = _mm_or_si128(_mm_and_si128(known, pick), _mm_andnot_si128(known, shiftedPick));
+                known = _mm_or_si128(known, shiftedKnown);
+            };
+            spread(_mm_slli_si128(pick, 1), _mm_slli_si128(known, 1));
+            spread(_mm_slli_si128(pick, 2), _mm_slli_si128(known, 2));
+            spread(_mm_slli_si128(pick, 4), _mm_slli_si128(known, 4));
+            spread(_mm_slli_si128(pick, 8), _mm_slli_si128(known, 8));
+            pick = _mm_or_si128(_mm_and_si128(known, pick), _mm_andnot_si128(known, _mm_set1_epi8(kept >= 0 ? -1 : 0)));
+            StorePick(pickH + t, pick);
+            kept = (_mm_movemask_epi8(pick) & 0x8000) ? 1 : -1;
+        }
+        for (; t < n; ++t) {
+            const int32_t k = k0 + t;
+            const int32_t s = colE(k) + colE(k + 1) + colE(k + 2);
             kept = s != 0 ? s : kept;
             pickH[t] = static_cast<T>(kept >= 0 ? ~0u : 0u);
         }
@@ -362,7 +482,7 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
         // elements into that pixel, which its own store then overwrites.
         using V = typename cfa::Lanes<T>::V;
         constexpr int32_t kGroup = 2 * cfa::Lanes<T>::kPairs;
-        int32_t t = 0;
+        t = 0;
         for (; t + kGroup <= n && k0 + t + kGroup < J.w; t += kGroup) {
             const int32_t k = k0 + t;
             const cfa::Split<T> m = cfa::LoadSplit(pickH + t);
