@@ -61,14 +61,20 @@ inline VF CubeRootFV(VF v, VI use) {
 
 // Samples of eight pixels (stride PS) into integer lanes, channel I0 first,
 // and low bytes of integer lanes back out.
+// (Through arrays: element-wise lane access compiles to slow lane inserts.)
 template <int PS, int I0, class S>
 inline void Gather(const S* s, VI& a, VI& b, VI& c) {
-    for (int j = 0; j < kLanes; ++j) a[j] = Ld(s + j * PS + I0), b[j] = Ld(s + j * PS + 1), c[j] = Ld(s + j * PS + 2 - I0);
+    int32_t t[3][kLanes];
+    for (int j = 0; j < kLanes; ++j)
+        t[0][j] = Ld(s + j * PS + I0), t[1][j] = Ld(s + j * PS + 1), t[2][j] = Ld(s + j * PS + 2 - I0);
+    __builtin_memcpy(&a, t[0], sizeof a), __builtin_memcpy(&b, t[1], sizeof b), __builtin_memcpy(&c, t[2], sizeof c);
 }
 template <int PS, int O0>
 inline void Scatter(uint8_t* d, VI a, VI b, VI c) {
+    int32_t t[3][kLanes];
+    __builtin_memcpy(t[0], &a, sizeof a), __builtin_memcpy(t[1], &b, sizeof b), __builtin_memcpy(t[2], &c, sizeof c);
     for (int j = 0; j < kLanes; ++j)
-        d[j * PS + O0] = uint8_t(a[j]), d[j * PS + 1] = uint8_t(b[j]), d[j * PS + 2 - O0] = uint8_t(c[j]);
+        d[j * PS + O0] = uint8_t(t[0][j]), d[j * PS + 1] = uint8_t(t[1][j]), d[j * PS + 2 - O0] = uint8_t(t[2][j]);
 }
 
 }  // namespace zil::cie
