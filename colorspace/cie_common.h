@@ -88,10 +88,24 @@ inline float CubeRootF(float v) {
 // ---- Row kernel and row layer -----------------------------------------------------
 // F::S, F::D: sample types; F::kRgbIn: the RGB side is the source (else the
 // destination). Swap exchanges channels 0 and 2 of the RGB side.
+// A functor with a static Block (cie_lanes.h) converts eight pixels at a time;
+// RunBlocks does whole blocks and returns the pixels done, the rest go singly.
+template <class F, int PS, int I0, int O0, class S, class D>
+int RunBlocks(const S* s, D* d, int width);
+template <class F, class = void>
+struct HasBlock { static constexpr bool value = false; };
+template <class F>
+struct HasBlock<F, decltype(void(&F::Block))> { static constexpr bool value = true; };
+
 template <class F, int PS, bool Swap>
 inline void Row(const typename F::S* __restrict s, typename F::D* __restrict d, int width) {
     constexpr int i0 = (Swap && F::kRgbIn) ? 2 : 0, o0 = (Swap && !F::kRgbIn) ? 2 : 0;
-    for (int x = 0; x < width; ++x, s += PS, d += PS) {
+    int x = 0;
+    if constexpr (HasBlock<F>::value) {
+        x = RunBlocks<F, PS, i0, o0>(s, d, width);
+        s += ptrdiff_t(x) * PS, d += ptrdiff_t(x) * PS;
+    }
+    for (; x < width; ++x, s += PS, d += PS) {
         typename F::D o[3];
         F::Px(Ld(s + i0), Ld(s + 1), Ld(s + 2 - i0), o);
         St(d + o0, o[0]);

@@ -6,7 +6,7 @@
 // branch, so Lab (0, 128, 128) comes back as (1, 1, 1). The 8-bit forms scale
 // the white by 255 (242.366 and 277.632); the 32f forward divides by the white
 // in double, the 32f inverse multiplies by it in single.
-#include "cie_common.h"
+#include "cie_lanes.h"
 
 namespace zil::cie {
 namespace {
@@ -21,9 +21,12 @@ inline constexpr float kWhiteXInv = Fb(0x3F735116);  // 0.950456
 inline constexpr float kWhiteZInv = Fb(0x3F8B5C4A);  // 1.0887539
 
 // The rows of the forward matrix summed blue term first.
-inline float SumX(float r, float g, float b) { return kXB * b + kXG * g + kXR * r; }
-inline float SumY(float r, float g, float b) { return kYB * b + kYG * g + kYR * r; }
-inline float SumZ(float r, float g, float b) { return kZB * b + kZG * g + kZR * r; }
+template <class T>
+inline T SumX(T r, T g, T b) { return kXB * b + kXG * g + kXR * r; }
+template <class T>
+inline T SumY(T r, T g, T b) { return kYB * b + kYG * g + kYR * r; }
+template <class T>
+inline T SumZ(T r, T g, T b) { return kZB * b + kZG * g + kZR * r; }
 
 // f(t): the cube root above the threshold, 7.787 t + 16/116 at or below it.
 inline float F(float t) { return t > kThresh ? CubeRootF(t) : kSlopeF * t + kOffF; }
@@ -50,12 +53,15 @@ inline LabF Forward(float x, float y, float z) {
 }
 
 // Inverse: the matrix of XYZ to RGB on the cubes; single-precision sums.
-struct Rgb { float r, g, b; };
-inline Rgb Matrix(float x, float y, float z) {
+template <class T>
+struct RgbT { T r, g, b; };
+template <class T>
+inline RgbT<T> MatrixT(T x, T y, T z) {
     return {kRX * x + kRY * y + kRZ * z, kGX * x + kGY * y + kGZ * z, kBX * x + kBY * y + kBZ * z};
 }
-inline Rgb Inverse8(float fx, float fy, float fz) {
-    return Matrix(kWhiteX8 * fx * fx * fx, 255.f * fy * fy * fy, kWhiteZ8 * fz * fz * fz);
+template <class T>
+inline RgbT<T> Inverse8(T fx, T fy, T fz) {
+    return MatrixT(kWhiteX8 * fx * fx * fx, 255.f * fy * fy * fy, kWhiteZ8 * fz * fz * fz);
 }
 
 // ---- per-pixel bodies --------------------------------------------------------------
@@ -65,6 +71,22 @@ inline void Fwd8u(const uint8_t* s, uint8_t* d) {  // s: R, G, B
     d[0] = uint8_t(Trunc(f.l * 255.f / 100.f + 0.5f));
     d[1] = uint8_t(Trunc((f.fx - f.fy) * 500.f + 128.5f));
     d[2] = uint8_t(Trunc((f.fy - f.fz) * 200.f + 128.5f));
+}
+// Fwd8u eight pixels at a time, the branches of F as selects.
+inline VF FV(VF t) {
+    const VI cube = t > kThresh;
+    return Sel(cube, CubeRootFV(t, cube), kSlopeF * t + kOffF);
+}
+inline void Fwd8uBlock(VI r0, VI g0, VI b0, VI* o) {
+    const VF r = Float(r0), g = Float(g0), b = Float(b0);
+    const VF x = SumX(r, g, b) / kWhiteX8, y = SumY(r, g, b) / 255.f, z = SumZ(r, g, b) / kWhiteZ8;
+    const VI cube = y > kThresh;
+    const VF root = CubeRootFV(y, cube);
+    const VF fy = Sel(cube, root, kSlopeF * y + kOffF), l = Sel(cube, 116.f * root - 16.f, kSlopeL * y);
+    const VF fx = FV(x), fz = FV(z);
+    o[0] = TruncV(l * 255.f / 100.f + 0.5f);
+    o[1] = TruncV((fx - fy) * 500.f + 128.5f);
+    o[2] = TruncV((fy - fz) * 200.f + 128.5f);
 }
 inline void Fwd8u16u(const uint8_t* s, uint16_t* d) {
     const float r = s[0], g = s[1], b = s[2];
@@ -86,35 +108,55 @@ inline void Inv8u(const uint8_t* s, uint8_t* d) {  // d: R, G, B
     const float fy = (float(s[0]) * 100.f / 255.f + 16.f) / 116.f;
     const float fx = float(int32_t(s[1]) - 128) / 500.f + fy;
     const float fz = fy - (float(s[2]) - 128.f) / 200.f;
-    const Rgb c = Inverse8(fx, fy, fz);
+    const RgbT<float> c = Inverse8(fx, fy, fz);
     d[0] = uint8_t(Clamp(Trunc(double(c.r) + 0.5), 0, 255));
     d[1] = uint8_t(Clamp(Trunc(double(c.g) + 0.5), 0, 255));
     d[2] = uint8_t(Clamp(Trunc(double(c.b) + 0.5), 0, 255));
+}
+inline void Inv8uBlock(VI l, VI a, VI b, VI* o) {
+    const VF fy = (Float(l) * 100.f / 255.f + 16.f) / 116.f;
+    const VF fx = Float(a - 128) / 500.f + fy;
+    const VF fz = fy - (Float(b) - 128.f) / 200.f;
+    const RgbT<VF> c = Inverse8(fx, fy, fz);
+    o[0] = ClampV(TruncV(Wide(c.r) + 0.5), 0, 255);
+    o[1] = ClampV(TruncV(Wide(c.g) + 0.5), 0, 255);
+    o[2] = ClampV(TruncV(Wide(c.b) + 0.5), 0, 255);
 }
 inline void Inv16u8u(const uint16_t* s, uint8_t* d) {
     const float fy = (float(Ld(s)) * 100.f / 65535.f + 16.f) / 116.f;
     const float fx = (float(Ld(s + 1)) / 255.f - 128.f) / 500.f + fy;
     const float fz = fy - (float(Ld(s + 2)) / 255.f - 128.f) / 200.f;
-    const Rgb c = Inverse8(fx, fy, fz);
+    const RgbT<float> c = Inverse8(fx, fy, fz);
     d[0] = uint8_t(Clamp(Trunc(c.r), 0, 255));
     d[1] = uint8_t(Clamp(Trunc(c.g), 0, 255));
     d[2] = uint8_t(Clamp(Trunc(c.b), 0, 255));
 }
 inline void Inv32f(const float* s, float* d) {
     const float fy = (Ld(s) + 16.f) / 116.f, fx = Ld(s + 1) / 500.f + fy, fz = fy - Ld(s + 2) / 200.f;
-    const Rgb c = Matrix(kWhiteXInv * fx * fx * fx, fy * fy * fy, kWhiteZInv * fz * fz * fz);
+    const RgbT<float> c = MatrixT(kWhiteXInv * fx * fx * fx, fy * fy * fy, kWhiteZInv * fz * fz * fz);
     St(d, c.r), St(d + 1, c.g), St(d + 2, c.b);
 }
 
 // The one loop of every member. The body sees the RGB side in R, G, B order;
 // for a BGR member the three samples are gathered (or scattered) reversed.
-template <class S, class D, void (*Body)(const S*, D*), bool RgbIn, bool Swap>
+// Block, where given, converts eight pixels at a time first (cie_lanes.h).
+template <void (*Fn)(VI, VI, VI, VI*)>
+struct Blocked { static void Block(VI a, VI b, VI c, VI* o) { Fn(a, b, c, o); } };
+
+template <class S, class D, void (*Body)(const S*, D*), bool RgbIn, bool Swap,
+          void (*Block)(VI, VI, VI, VI*) = nullptr>
 ZilStatus Run(const S* src, int srcStep, D* dst, int dstStep, ZilSize sz) {
     if (ZilStatus st = Check(src, dst, sz)) return st;
+    constexpr int i0 = (Swap && RgbIn) ? 2 : 0, o0 = (Swap && !RgbIn) ? 2 : 0;
     for (int y = 0; y < sz.height; ++y, src = Bump(src, srcStep), dst = Bump(dst, dstStep)) {
         const S* s = src;
         D* d = dst;
-        for (int x = 0; x < sz.width; ++x, s += 3, d += 3) {
+        int x = 0;
+        if constexpr (Block != nullptr) {
+            x = RunBlocks<Blocked<Block>, 3, i0, o0>(s, d, sz.width);
+            s += 3 * x, d += 3 * x;
+        }
+        for (; x < sz.width; ++x, s += 3, d += 3) {
             if constexpr (!Swap) {
                 Body(s, d);
             } else if constexpr (RgbIn) {
@@ -135,19 +177,19 @@ ZilStatus Run(const S* src, int srcStep, D* dst, int dstStep, ZilSize sz) {
 
 using namespace zil::cie;
 
-#define ZIL_LAB_EXPORT(NAME, S, D, BODY, RGBIN, SWAP)                                          \
+#define ZIL_LAB_EXPORT(NAME, S, D, BODY, RGBIN, SWAP, BLOCK)                                   \
     ZIL_IMPL ZilStatus mx_##NAME(const S* src, int srcStep, D* dst, int dstStep, ZilSize sz) { \
-        return Run<S, D, BODY, RGBIN, SWAP>(src, srcStep, dst, dstStep, sz);                   \
+        return Run<S, D, BODY, RGBIN, SWAP, BLOCK>(src, srcStep, dst, dstStep, sz);            \
     }
 
-//              export                      source    dest      body      RGB in  BGR
-ZIL_LAB_EXPORT(ziliRGBToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  false)
-ZIL_LAB_EXPORT(ziliBGRToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  true)
-ZIL_LAB_EXPORT(ziliLabToRGB_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, false)
-ZIL_LAB_EXPORT(ziliLabToBGR_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, true)
-ZIL_LAB_EXPORT(ziliRGBToLab_32f_C3R,     float,    float,    Fwd32f,   true,  false)
-ZIL_LAB_EXPORT(ziliBGRToLab_32f_C3R,     float,    float,    Fwd32f,   true,  true)
-ZIL_LAB_EXPORT(ziliLabToRGB_32f_C3R,     float,    float,    Inv32f,   false, false)
-ZIL_LAB_EXPORT(ziliLabToBGR_32f_C3R,     float,    float,    Inv32f,   false, true)
-ZIL_LAB_EXPORT(ziliBGRToLab_8u16u_C3R,   uint8_t,  uint16_t, Fwd8u16u, true,  true)
-ZIL_LAB_EXPORT(ziliLabToBGR_16u8u_C3R,   uint16_t, uint8_t,  Inv16u8u, false, true)
+//              export                      source    dest      body      RGB in  BGR    eight at a time
+ZIL_LAB_EXPORT(ziliRGBToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  false, Fwd8uBlock)
+ZIL_LAB_EXPORT(ziliBGRToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  true,  Fwd8uBlock)
+ZIL_LAB_EXPORT(ziliLabToRGB_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, false, Inv8uBlock)
+ZIL_LAB_EXPORT(ziliLabToBGR_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, true,  Inv8uBlock)
+ZIL_LAB_EXPORT(ziliRGBToLab_32f_C3R,     float,    float,    Fwd32f,   true,  false, nullptr)
+ZIL_LAB_EXPORT(ziliBGRToLab_32f_C3R,     float,    float,    Fwd32f,   true,  true,  nullptr)
+ZIL_LAB_EXPORT(ziliLabToRGB_32f_C3R,     float,    float,    Inv32f,   false, false, nullptr)
+ZIL_LAB_EXPORT(ziliLabToBGR_32f_C3R,     float,    float,    Inv32f,   false, true,  nullptr)
+ZIL_LAB_EXPORT(ziliBGRToLab_8u16u_C3R,   uint8_t,  uint16_t, Fwd8u16u, true,  true,  nullptr)
+ZIL_LAB_EXPORT(ziliLabToBGR_16u8u_C3R,   uint16_t, uint8_t,  Inv16u8u, false, true,  nullptr)

@@ -6,7 +6,7 @@
 // in double. The forward kernels and the 32f inverse use the chroma reference
 // (0.197839, 0.468342); the integer inverses a reference a few units of the
 // last place away. Forward and inverse therefore do not round-trip exactly.
-#include "cie_common.h"
+#include "cie_lanes.h"
 
 namespace zil::cie {
 namespace {
@@ -65,6 +65,20 @@ struct Fwd8u {
         o[0] = uint8_t(Trunc(255.f * l / 100.f));
         o[1] = uint8_t(Trunc(((c.u - kRefFwd.u) * t + 134.f) * 255.f / 354.f + 0.5f));
         o[2] = uint8_t(Trunc((t * (c.v - kRefFwd.v) + 140.f) * 255.f / 262.f + 0.5f));
+    }
+    static void Block(VI r0, VI g0, VI b0, VI* o) {
+        const VF r = Float(r0), g = Float(g0), b = Float(b0);
+        const VF x = (kXR * r + kXG * g + kXB * b) / 255.f, y = (kYR * r + kYG * g + kYB * b) / 255.f;
+        const VF z = (kZR * r + kZG * g + kZB * b) / 255.f;
+        const VI cube = y > kThresh;
+        const VF l = Sel(cube, CubeRootFV(y, cube) * 116.f - 16.f, kSlopeL * y);
+        const VI black = y == 0.f;
+        const VF den = z * 3.f + x + 15.f * y;
+        const VF cu = Sel(black, VF{}, 4.f * x / den), cv = Sel(black, VF{}, 9.f * y / den);
+        const VF t = l * 13.f;
+        o[0] = TruncV(255.f * l / 100.f);
+        o[1] = TruncV(((cu - kRefFwd.u) * t + 134.f) * 255.f / 354.f + 0.5f);
+        o[2] = TruncV((t * (cv - kRefFwd.v) + 140.f) * 255.f / 262.f + 0.5f);
     }
 };
 
@@ -181,7 +195,32 @@ struct InvInt {
     }
 };
 
-using Inv8u = InvInt<uint8_t, kInv8u>;
+// The 8u inverse eight pixels at a time: InvInt<uint8_t, kInv8u> lane by lane.
+struct Inv8u : InvInt<uint8_t, kInv8u> {
+    static void Block(VI l0, VI u0, VI v0, VI* o) {
+        constexpr IntInv M = kInv8u;
+        const VF l = Float(l0) * 100.f / M.max;
+        const VI dark = l < kLMin;
+        const VF f = (16.f + l) / 116.f;
+        const VF y = Sel(l >= kLCube, f * f * f, l / kSlopeL) * M.yScale, l13 = 13.f * l;
+        const VF vv = Float(v0) * 262.f / M.max - 140.f;
+        const VF uv = Float(u0) * 354.f / M.max - 134.f;
+        VF vp = vv / l13 + kRefInt.v;
+        vp = Sel(Sel(vp < 0.f, -vp, vp) < M.guard, vp + kVBump, vp);
+        const VF up = uv / l13 + kRefInt.u;
+        const VF s = y / vp;
+        const VF x = up * 2.25f * s;
+        const VF z = s * 3.f - x / 3.f - 5.f * y;
+        static_assert(M.zXFirst && M.sums == Sums::Round8u && M.bias == 0, "the 8u order of operations");
+        const VI r = TruncV(kRX * x + 0.5f + kRY * y + kRZ * z);
+        const VI g = TruncV(0.5f + kGX * x + kGY * y + kGZ * z);
+        const VI b = TruncV(Wide(kBX * x + kBY * y) + 0.5 + Wide(z) * kBZd);
+        o[0] = Sel(dark, VI{}, ClampV(r, 0, 255));
+        o[1] = Sel(dark, VI{}, ClampV(g, 0, 255));
+        o[2] = Sel(dark, VI{}, ClampV(b, 0, 255));
+    }
+};
+
 using Inv16u = InvInt<uint16_t, kInv16u>;
 using Inv16s = InvInt<int16_t, kInv16s>;
 using Fwd16u = Fwd16<uint16_t, 0>;

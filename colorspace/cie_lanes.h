@@ -1,0 +1,96 @@
+// Eight pixels at a time for the 8-bit LUV and Lab kernels.
+//
+// A block body does, lane by lane, the very operations of its pixel functor
+// in the same order and precision: vector add, multiply, divide and the
+// conversions between single, double and integer lanes round exactly as
+// their scalar forms do. Branches become selects; both sides are computed on
+// every lane and the chosen one kept. Truncation to integer uses the
+// processor's truncating conversion directly, which gives 0x80000000 for a
+// value outside the 32-bit range just as Trunc does.
+#pragma once
+
+#include "cie_common.h"
+
+// The lane types only pass between inlined functions of the including file,
+// never across the library's interface: their calling convention is moot.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
+namespace zil::cie {
+
+inline constexpr int kLanes = 8;
+using VF = float __attribute__((vector_size(4 * kLanes)));
+using VD = double __attribute__((vector_size(8 * kLanes)));
+using VI = int32_t __attribute__((vector_size(4 * kLanes)));
+using VU = uint32_t __attribute__((vector_size(4 * kLanes)));
+
+// m ? a : b lane by lane, m all ones or all zeros.
+inline VI Sel(VI m, VI a, VI b) { return (m & a) | (~m & b); }
+inline VF Sel(VI m, VF a, VF b) { return (VF)Sel(m, (VI)a, (VI)b); }
+inline bool Any(VI m) {
+    int32_t a = 0;
+    for (int j = 0; j < kLanes; ++j) a |= m[j];
+    return a != 0;
+}
+inline VD Wide(VF v) { return __builtin_convertvector(v, VD); }
+inline VF Float(VI v) { return __builtin_convertvector(v, VF); }
+inline VI TruncV(VF v) { return __builtin_convertvector(v, VI); }
+inline VI TruncV(VD v) { return __builtin_convertvector(v, VI); }
+inline VI ClampV(VI v, int32_t lo, int32_t hi) {
+    v = Sel(v < lo, VI{} + lo, v);
+    return Sel(v > hi, VI{} + hi, v);
+}
+
+// CubeRootF on the lanes in `use` (the others give an unused value): the same
+// estimate and the same interval test, the power routine for the lanes whose
+// interval straddles a rounding boundary.
+inline VF CubeRootFV(VF v, VI use) {
+    const VD y = Wide(v);
+    VD r = Wide((VF)((VU)v / 3u + 0x2A5137A0u));
+    for (int i = 0; i < 2; ++i) {
+        const VD r3 = r * r * r;
+        r = r * (r3 + 2.0 * y) / (2.0 * r3 + y);
+    }
+    VF lo = __builtin_convertvector(r * (1.0 - 0x1p-40), VF);
+    const VF hi = __builtin_convertvector(r * (1.0 + 0x1p-40), VF);
+    const VI bad = use & (lo != hi);
+    if (Any(bad))
+        for (int j = 0; j < kLanes; ++j)
+            if (bad[j]) lo[j] = float(CubeRoot(v[j]));
+    return lo;
+}
+
+// Samples of eight pixels (stride PS) into integer lanes, channel I0 first,
+// and low bytes of integer lanes back out.
+// (Through arrays: element-wise lane access compiles to slow lane inserts.)
+template <int PS, int I0, class S>
+inline void Gather(const S* s, VI& a, VI& b, VI& c) {
+    int32_t t[3][kLanes];
+    for (int j = 0; j < kLanes; ++j)
+        t[0][j] = Ld(s + j * PS + I0), t[1][j] = Ld(s + j * PS + 1), t[2][j] = Ld(s + j * PS + 2 - I0);
+    __builtin_memcpy(&a, t[0], sizeof a), __builtin_memcpy(&b, t[1], sizeof b), __builtin_memcpy(&c, t[2], sizeof c);
+}
+template <int PS, int O0>
+inline void Scatter(uint8_t* d, VI a, VI b, VI c) {
+    int32_t t[3][kLanes];
+    __builtin_memcpy(t[0], &a, sizeof a), __builtin_memcpy(t[1], &b, sizeof b), __builtin_memcpy(t[2], &c, sizeof c);
+    for (int j = 0; j < kLanes; ++j)
+        d[j * PS + O0] = uint8_t(t[0][j]), d[j * PS + 1] = uint8_t(t[1][j]), d[j * PS + 2 - O0] = uint8_t(t[2][j]);
+}
+
+}  // namespace zil::cie
+
+namespace zil::cie {
+
+template <class F, int PS, int I0, int O0, class S, class D>
+int RunBlocks(const S* s, D* d, int width) {
+    int x = 0;
+    for (; x + kLanes <= width; x += kLanes, s += kLanes * PS, d += kLanes * PS) {
+        VI a, b, c, o[3];
+        Gather<PS, I0>(s, a, b, c);
+        F::Block(a, b, c, o);
+        Scatter<PS, O0>(d, o[0], o[1], o[2]);
+    }
+    return x;
+}
+
+}  // namespace zil::cie
