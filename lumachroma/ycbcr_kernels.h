@@ -69,6 +69,30 @@ inline void StoreRgb16(uint8_t* p, int order, const __m128i* lo, const __m128i* 
     }
 }
 
+// Sixteen three-byte pixels a step, both directions, while the row holds the
+// loads' and stores' reach; returns the first pixel left. Each four pixels
+// come as the 16-bit lanes byte0 | byte2 << 16 and byte1 | x << 16 (x, the
+// next pixel's first byte); Four forms their three 32-bit sums and Narrow
+// packs two such quartets to the 16-bit lanes StoreRgb16 clamps and writes.
+template <class Four, class Narrow>
+inline int Walk16x3(const uint8_t* s, uint8_t* d, int order, int w, Four four, Narrow narrow) {
+    const __m128i pairs = _mm_set1_epi32(0x00FF00FF);
+    int i = 0;
+    for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
+        __m128i out[2][3];
+        for (int h = 0; h < 2; ++h) {
+            __m128i sum[2][3];
+            for (int q = 0; q < 2; ++q) {
+                const __m128i px = px4::Load<3>(s + (i + 8 * h + 4 * q) * 3);
+                four(_mm_and_si128(px, pairs), _mm_srli_epi16(px, 8), sum[q]);
+            }
+            for (int c = 0; c < 3; ++c) out[h][c] = narrow(sum[0][c], sum[1][c]);
+        }
+        StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
+    }
+    return i;
+}
+
 // ---- forward ----------------------------------------------------------------------
 // Chunk arithmetic on planar arrays: the low byte of each shifted sum.
 struct FwdOp {
@@ -100,31 +124,21 @@ inline void FwdLanes(__m128i r, __m128i g, __m128i b, __m128i* out) {
 // kept before the bytes are packed.
 inline int FwdInterleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
     static_assert(kYG == 2 * 16515, "luma weight of G");
-    const __m128i pairs = _mm_set1_epi32(0x00FF00FF), lowByte = _mm_set1_epi16(0xFF);
+    const __m128i lowByte = _mm_set1_epi16(0xFF);
     const __m128i yRB = px4::Coeffs(kYR, kYB), yG = px4::Coeffs(kYG / 2, 0);
     const __m128i cbRB = px4::Coeffs(kCbR, kCbB), cbG = px4::Coeffs(kCbG, 0);
     const __m128i crRB = px4::Coeffs(kCrR, kCrB), crG = px4::Coeffs(kCrG, 0);
     const __m128i yo = _mm_set1_epi32(kYOffset), co = _mm_set1_epi32(kCOffset);
-    int i = 0;
-    for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
-        __m128i out[2][3];
-        for (int h = 0; h < 2; ++h) {
-            __m128i sum[2][3];
-            for (int q = 0; q < 2; ++q) {
-                const __m128i px = px4::Load<3>(s + (i + 8 * h + 4 * q) * 3);
-                const __m128i rb = _mm_and_si128(px, pairs), gx = _mm_srli_epi16(px, 8);
-                const __m128i g = _mm_madd_epi16(gx, yG);
-                sum[q][0] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, yRB), yo), _mm_add_epi32(g, g));
-                sum[q][1] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, cbRB), co), _mm_madd_epi16(gx, cbG));
-                sum[q][2] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, crRB), co), _mm_madd_epi16(gx, crG));
-            }
-            for (int c = 0; c < 3; ++c)
-                out[h][c] = _mm_and_si128(
-                    _mm_packs_epi32(_mm_srai_epi32(sum[0][c], 16), _mm_srai_epi32(sum[1][c], 16)), lowByte);
-        }
-        StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
-    }
-    return i;
+    const auto four = [&](__m128i rb, __m128i gx, __m128i* sum) {
+        const __m128i g = _mm_madd_epi16(gx, yG);
+        sum[0] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, yRB), yo), _mm_add_epi32(g, g));
+        sum[1] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, cbRB), co), _mm_madd_epi16(gx, cbG));
+        sum[2] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, crRB), co), _mm_madd_epi16(gx, crG));
+    };
+    const auto narrow = [&](__m128i a, __m128i b) {
+        return _mm_and_si128(_mm_packs_epi32(_mm_srai_epi32(a, 16), _mm_srai_epi32(b, 16)), lowByte);
+    };
+    return Walk16x3(s, d, order, w, four, narrow);
 }
 
 // s: R, G, B (stride SP); d: Y, Cb, Cr (stride DP). A fourth source byte is
@@ -262,24 +276,12 @@ template <const InvSet& K>
 inline int Interleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
     static_assert(HiW(K.k) == 1, "luma weight 1 + kL / 2^16");
     constexpr int32_t kL = LoW(K.k);
-    const __m128i pairs = _mm_set1_epi32(0x00FF00FF);
-    int i = 0;
-    for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
-        __m128i out[2][3];
-        for (int h = 0; h < 2; ++h) {
-            __m128i c[2][3];
-            for (int q = 0; q < 2; ++q) {
-                const __m128i px = px4::Load<3>(s + (i + 8 * h + 4 * q) * 3);
-                const __m128i ycr = _mm_and_si128(px, pairs), cbx = _mm_srli_epi16(px, 8);
-                c[q][0] = InvChannel4<kL, 0, K.a, K.o>(ycr, cbx);
-                c[q][1] = InvChannel4<kL, -K.b, -K.c, K.o>(ycr, cbx);
-                c[q][2] = InvChannel4<kL, K.d, 0, K.o>(ycr, cbx);
-            }
-            for (int ch = 0; ch < 3; ++ch) out[h][ch] = _mm_packs_epi32(c[0][ch], c[1][ch]);
-        }
-        StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
-    }
-    return i;
+    const auto four = [](__m128i ycr, __m128i cbx, __m128i* c) {
+        c[0] = InvChannel4<kL, 0, K.a, K.o>(ycr, cbx);
+        c[1] = InvChannel4<kL, -K.b, -K.c, K.o>(ycr, cbx);
+        c[2] = InvChannel4<kL, K.d, 0, K.o>(ycr, cbx);
+    };
+    return Walk16x3(s, d, order, w, four, [](__m128i a, __m128i b) { return _mm_packs_epi32(a, b); });
 }
 
 // s: Y, Cb, Cr (stride SP); d: R, G, B (stride DP), d[3] the alpha byte.
