@@ -46,9 +46,9 @@ inline VI Ne(V a, V b) { return On4(a, b, [](auto x, auto y) { return x != y; })
 inline VI Sel(VI m, VI a, VI b) { return (m & a) | (~m & b); }
 inline VF Sel(VI m, VF a, VF b) { return (VF)Sel(m, (VI)a, (VI)b); }
 inline bool Any(VI m) {
-    int32_t a = 0;
-    for (int j = 0; j < kLanes; ++j) a |= m[j];
-    return a != 0;
+    uint64_t w[4];
+    __builtin_memcpy(w, &m, sizeof m);
+    return (w[0] | w[1] | w[2] | w[3]) != 0;
 }
 inline VD Wide(VF v) { return __builtin_convertvector(v, VD); }
 inline VF Float(VI v) { return __builtin_convertvector(v, VF); }
