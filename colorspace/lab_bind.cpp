@@ -74,13 +74,13 @@ inline void Fwd8u(const uint8_t* s, uint8_t* d) {  // s: R, G, B
 }
 // Fwd8u eight pixels at a time, the branches of F as selects.
 inline VF FV(VF t) {
-    const VI cube = t > kThresh;
+    const VI cube = Lt(VF{} + kThresh, t);
     return Sel(cube, CubeRootFV(t, cube), kSlopeF * t + kOffF);
 }
 inline void Fwd8uBlock(VI r0, VI g0, VI b0, VI* o) {
     const VF r = Float(r0), g = Float(g0), b = Float(b0);
     const VF x = SumX(r, g, b) / kWhiteX8, y = SumY(r, g, b) / 255.f, z = SumZ(r, g, b) / kWhiteZ8;
-    const VI cube = y > kThresh;
+    const VI cube = Lt(VF{} + kThresh, y);
     const VF root = CubeRootFV(y, cube);
     const VF fy = Sel(cube, root, kSlopeF * y + kOffF), l = Sel(cube, 116.f * root - 16.f, kSlopeL * y);
     const VF fx = FV(x), fz = FV(z);
@@ -104,19 +104,29 @@ inline void Fwd32f(const float* s, float* d) {
     St(d, f.l), St(d + 1, (f.fx - f.fy) * 500.f), St(d + 2, (f.fy - f.fz) * 200.f);
 }
 
+// fy from the L byte and the a and b terms from theirs, each the single
+// expression of the 8-bit inverse, folded at build time.
+struct InvTerms { float fy[256], a[256], b[256]; };
+constexpr InvTerms MakeInvTerms() {
+    InvTerms t{};
+    for (int i = 0; i < 256; ++i) {
+        t.fy[i] = (float(i) * 100.f / 255.f + 16.f) / 116.f;
+        t.a[i] = float(i - 128) / 500.f;
+        t.b[i] = (float(i) - 128.f) / 200.f;
+    }
+    return t;
+}
+inline constexpr InvTerms kInvTerms = MakeInvTerms();
+
 inline void Inv8u(const uint8_t* s, uint8_t* d) {  // d: R, G, B
-    const float fy = (float(s[0]) * 100.f / 255.f + 16.f) / 116.f;
-    const float fx = float(int32_t(s[1]) - 128) / 500.f + fy;
-    const float fz = fy - (float(s[2]) - 128.f) / 200.f;
+    const float fy = kInvTerms.fy[s[0]], fx = kInvTerms.a[s[1]] + fy, fz = fy - kInvTerms.b[s[2]];
     const RgbT<float> c = Inverse8(fx, fy, fz);
     d[0] = uint8_t(Clamp(Trunc(double(c.r) + 0.5), 0, 255));
     d[1] = uint8_t(Clamp(Trunc(double(c.g) + 0.5), 0, 255));
     d[2] = uint8_t(Clamp(Trunc(double(c.b) + 0.5), 0, 255));
 }
 inline void Inv8uBlock(VI l, VI a, VI b, VI* o) {
-    const VF fy = (Float(l) * 100.f / 255.f + 16.f) / 116.f;
-    const VF fx = Float(a - 128) / 500.f + fy;
-    const VF fz = fy - (Float(b) - 128.f) / 200.f;
+    const VF fy = Look(kInvTerms.fy, l), fx = Look(kInvTerms.a, a) + fy, fz = fy - Look(kInvTerms.b, b);
     const RgbT<VF> c = Inverse8(fx, fy, fz);
     o[0] = ClampV(TruncV(Wide(c.r) + 0.5), 0, 255);
     o[1] = ClampV(TruncV(Wide(c.g) + 0.5), 0, 255);

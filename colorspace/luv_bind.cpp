@@ -70,9 +70,9 @@ struct Fwd8u {
         const VF r = Float(r0), g = Float(g0), b = Float(b0);
         const VF x = (kXR * r + kXG * g + kXB * b) / 255.f, y = (kYR * r + kYG * g + kYB * b) / 255.f;
         const VF z = (kZR * r + kZG * g + kZB * b) / 255.f;
-        const VI cube = y > kThresh;
+        const VI cube = Lt(VF{} + kThresh, y);
         const VF l = Sel(cube, CubeRootFV(y, cube) * 116.f - 16.f, kSlopeL * y);
-        const VI black = y == 0.f;
+        const VI black = Eq(y, VF{});
         const VF den = z * 3.f + x + 15.f * y;
         const VF cu = Sel(black, VF{}, 4.f * x / den), cv = Sel(black, VF{}, 9.f * y / den);
         const VF t = l * 13.f;
@@ -103,7 +103,7 @@ struct Fwd16 {
 
 // ---- inverse -------------------------------------------------------------------
 // Y on 0..1 from L: cubed from 7.9996247 up, else the linear branch.
-inline float YFromL(float l) {
+constexpr float YFromL(float l) {
     if (l >= kLCube) {
         const float f = (16.f + l) / 116.f;
         return f * f * f;
@@ -164,15 +164,19 @@ struct InvInt {
     using D = T;
     static constexpr bool kRgbIn = false;
     static constexpr int32_t kHi = int32_t(M.max);
+    // The samples decoded: L, Y from L, and the U and V offsets.
+    static constexpr float L(int32_t l0) { return float(l0 + M.bias) * 100.f / M.max; }
+    static constexpr float Y(float l) { return YFromL(l) * M.yScale; }
+    static constexpr float U(int32_t u0) { return float(u0 + M.bias) * 354.f / M.max - 134.f; }
+    static constexpr float V(int32_t v0) { return float(v0 + M.bias) * 262.f / M.max - 140.f; }
     static void Px(S l0, S u0, S v0, D* o) {
-        const float l = float(int32_t(l0) + M.bias) * 100.f / M.max;
+        const float l = L(l0);
         if (l < kLMin) {
             o[0] = o[1] = o[2] = T(-M.bias);
             return;
         }
-        const float y = YFromL(l) * M.yScale, l13 = 13.f * l;
-        const float vv = float(int32_t(v0) + M.bias) * 262.f / M.max - 140.f;
-        const float uv = float(int32_t(u0) + M.bias) * 354.f / M.max - 134.f;
+        const float y = Y(l), l13 = 13.f * l;
+        const float vv = V(v0), uv = U(u0);
         const float vp = VPrime(vv, l13, kRefInt.v, M.guard), up = uv / l13 + kRefInt.u;
         const float s = y / vp;
         const float x = up * 2.25f * s;
@@ -195,18 +199,28 @@ struct InvInt {
     }
 };
 
-// The 8u inverse eight pixels at a time: InvInt<uint8_t, kInv8u> lane by lane.
-struct Inv8u : InvInt<uint8_t, kInv8u> {
+// The 8u inverse eight pixels at a time: InvInt<uint8_t, kInv8u> lane by
+// lane, its byte decodings (L, Y, U and V offsets) looked up in tables folded
+// at build time.
+using InvInt8u = InvInt<uint8_t, kInv8u>;
+struct Inv8uTerms { float l[256], y[256], u[256], v[256]; };
+constexpr Inv8uTerms MakeInv8uTerms() {
+    using I = InvInt8u;
+    Inv8uTerms t{};
+    for (int i = 0; i < 256; ++i) t.l[i] = I::L(i), t.y[i] = I::Y(t.l[i]), t.u[i] = I::U(i), t.v[i] = I::V(i);
+    return t;
+}
+inline constexpr Inv8uTerms kTerms = MakeInv8uTerms();
+
+struct Inv8u : InvInt8u {
     static void Block(VI l0, VI u0, VI v0, VI* o) {
         constexpr IntInv M = kInv8u;
-        const VF l = Float(l0) * 100.f / M.max;
-        const VI dark = l < kLMin;
-        const VF f = (16.f + l) / 116.f;
-        const VF y = Sel(l >= kLCube, f * f * f, l / kSlopeL) * M.yScale, l13 = 13.f * l;
-        const VF vv = Float(v0) * 262.f / M.max - 140.f;
-        const VF uv = Float(u0) * 354.f / M.max - 134.f;
+        const VF l = Look(kTerms.l, l0);
+        const VI dark = Lt(l, VF{} + kLMin);
+        const VF y = Look(kTerms.y, l0), l13 = 13.f * l;
+        const VF vv = Look(kTerms.v, v0), uv = Look(kTerms.u, u0);
         VF vp = vv / l13 + kRefInt.v;
-        vp = Sel(Sel(vp < 0.f, -vp, vp) < M.guard, vp + kVBump, vp);
+        vp = Sel(Lt(Sel(Lt(vp, VF{}), -vp, vp), VF{} + M.guard), vp + kVBump, vp);
         const VF up = uv / l13 + kRefInt.u;
         const VF s = y / vp;
         const VF x = up * 2.25f * s;

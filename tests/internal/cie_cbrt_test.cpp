@@ -1,8 +1,9 @@
 // The fast single-precision cube root of the LUV and Lab kernels against the
 // double power routine narrowed to single: same bits over a sweep of the
-// inputs the kernels pass (above the threshold, in 0..1 and far beyond) and
-// at inputs whose cube roots lie next to the midpoint of two singles; the
-// eight-lane form against the scalar one where its lanes fall back singly.
+// inputs the kernels pass (above the threshold, in 0..1 and far beyond; the
+// eight-lane form, with its own estimate, up to 64) and at inputs whose cube
+// roots lie next to the midpoint of two singles; the eight-lane form against
+// the scalar one where its lanes fall back singly.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -14,6 +15,8 @@ namespace {
 using zil::cie::CbrtEstimate;
 using zil::cie::CubeRoot;
 using zil::cie::CubeRootF;
+using zil::cie::VF;
+using zil::cie::VI;
 
 uint32_t Bits(float v) { uint32_t b; std::memcpy(&b, &v, 4); return b; }
 float FromBits(uint32_t b) { float v; std::memcpy(&v, &b, 4); return v; }
@@ -24,6 +27,10 @@ void Expect(float v, int& fallbacks) {
     const double p = CubeRoot(v), e = CbrtEstimate(v);
     ASSERT_EQ(Bits(CubeRootF(v)), Bits(float(p))) << v;
     ASSERT_LE(std::abs(e - p), p * 0x1p-42) << v;  // the fast path needs 2^-40
+    if (v < 64.f) {
+        ASSERT_LE(std::abs(zil::cie::CbrtEstimateV(VF{} + v)[3] - p), p * 0x1p-42) << v;
+        ASSERT_EQ(Bits(zil::cie::CubeRootFV(VF{} + v, VI{} - 1)[5]), Bits(float(p))) << v;
+    }
     fallbacks += float(e * (1 - 0x1p-40)) != float(e * (1 + 0x1p-40));
 }
 
@@ -51,8 +58,6 @@ TEST(CieCubeRoot, NearRoundingBoundaries) {
 // Inputs the estimate cannot decide, each in a different lane among inputs it
 // decides; lane 5 is not in use and may hold anything.
 TEST(CieCubeRoot, LanesAgreeWithTheScalarForm) {
-    using zil::cie::VF;
-    using zil::cie::VI;
     const VI use = {-1, -1, -1, -1, -1, 0, -1, -1};
     int undecided = 0;
     for (uint32_t b = Bits(0.2f); b < Bits(40.0f); b += 1031) {
