@@ -5,7 +5,7 @@
 // 16u blue row of the inverse, which finishes in double; 32f is plain single
 // precision. Of the forward rows only Z can leave the range and only Z is
 // clamped; the inverse clamps all three.
-#include "cie_common.h"
+#include "xyz_walk16.h"
 
 namespace zil::cie {
 namespace {
@@ -33,6 +33,15 @@ struct Fixed8u {
             o[i] = uint8_t(i >= ClampFrom ? Clamp255(v) : v);
         }
     }
+    // Four pixels: the same sums, each weight split into a multiple of 65536
+    // and a 16-bit rest (ycbcr::DotQ16x4). Stored clamped: the channels Px
+    // keeps as their low byte lie within 0..255.
+    static void Four(__m128i ac, __m128i bx, __m128i* sum) {
+        sum[0] = ycbcr::DotQ16x4<K[0][0], K[0][2], K[0][1], 0>(ac, bx);
+        sum[1] = ycbcr::DotQ16x4<K[1][0], K[1][2], K[1][1], 0>(ac, bx);
+        sum[2] = ycbcr::DotQ16x4<K[2][0], K[2][2], K[2][1], 0>(ac, bx);
+    }
+    static constexpr auto Narrow = Pack32;
 };
 using Fwd8u = Fixed8u<kQFwd, 2, true>;
 using Inv8u = Fixed8u<kQInv, 0, false>;
@@ -102,6 +111,9 @@ using Inv16s = Inv16<int16_t, 32768>;
 }  // namespace zil::cie
 
 using namespace zil::cie;
+
+ZIL_CIE_ROW16(Fwd8u)
+ZIL_CIE_ROW16(Inv8u)
 
 // Row layers step in whole samples (SHIFT 1 or 2) except where SHIFT is 0.
 //            conversion depth functor SHIFT

@@ -6,7 +6,7 @@
 // fixed point at 8u, coefficients folded into one single-precision row per
 // channel at 16u, luma first and then the gains at 16s and 32f. The forward
 // direction never clamps (low bits are stored); the inverse always clamps.
-#include "cie_common.h"
+#include "xyz_walk16.h"
 
 namespace zil::cie {
 namespace {
@@ -33,6 +33,24 @@ struct Fwd8u {
         o[0] = uint8_t(((t >> 10) * 2921) >> 16);
         o[1] = uint8_t(((((int32_t(b) << 14) - t) >> 10) * 1789 >> 16) + 156);
         o[2] = uint8_t(((((int32_t(r) << 14) - t) >> 10) * 2178 >> 16) + 137);
+    }
+    // Four pixels from R | B << 16 and G | x << 16. The shifted differences
+    // fit 16 bits, so a multiply-add with a zero partner forms each gain's
+    // product; the offset enters as 2^16 times itself before the shift.
+    static void Four(__m128i rb, __m128i gx, __m128i* sum) {
+        const __m128i t = _mm_add_epi32(_mm_madd_epi16(rb, px4::Coeffs(4898, 1867)),
+                                        _mm_madd_epi16(gx, px4::Coeffs(9617, 0)));
+        const __m128i bl = _mm_slli_epi32(_mm_srli_epi32(rb, 16), 14);
+        const __m128i rl = _mm_srli_epi32(_mm_slli_epi32(rb, 16), 2);
+        sum[0] = _mm_madd_epi16(_mm_srai_epi32(t, 10), px4::Coeffs(2921, 0));
+        sum[1] = _mm_add_epi32(_mm_madd_epi16(_mm_srai_epi32(_mm_sub_epi32(bl, t), 10), px4::Coeffs(1789, 0)),
+                               _mm_set1_epi32(156 << 16));
+        sum[2] = _mm_add_epi32(_mm_madd_epi16(_mm_srai_epi32(_mm_sub_epi32(rl, t), 10), px4::Coeffs(2178, 0)),
+                               _mm_set1_epi32(137 << 16));
+    }
+    // The low byte of each shifted sum.
+    static __m128i Narrow(__m128i a, __m128i b) {
+        return _mm_and_si128(_mm_packs_epi32(_mm_srai_epi32(a, 16), _mm_srai_epi32(b, 16)), _mm_set1_epi16(0xFF));
     }
 };
 
@@ -95,6 +113,18 @@ struct Inv8u {
         o[1] = uint8_t(Clamp255((16 * a - 794 * (p >> 8) - 2084 * (q >> 8)) >> 16));
         o[2] = uint8_t(Clamp255((a + p) >> 12));
     }
+    // Four pixels from Y | C2 << 16 and C1 | x << 16; p and q shifted down by
+    // 8 fit 16 bits, so multiply-adds with a zero partner form their products.
+    static void Four(__m128i yc2, __m128i c1x, __m128i* sum) {
+        const __m128i a = _mm_madd_epi16(yc2, px4::Coeffs(5564, 0));
+        const __m128i p = _mm_sub_epi32(_mm_madd_epi16(c1x, px4::Coeffs(9084, 0)), _mm_set1_epi32(kP0));
+        const __m128i q = _mm_sub_epi32(_mm_madd_epi16(yc2, px4::Coeffs(0, 7460)), _mm_set1_epi32(kQ0));
+        const __m128i g = _mm_sub_epi32(_mm_slli_epi32(a, 4), _mm_madd_epi16(_mm_srai_epi32(p, 8), px4::Coeffs(794, 0)));
+        sum[0] = _mm_srai_epi32(_mm_add_epi32(a, q), 12);
+        sum[1] = _mm_srai_epi32(_mm_sub_epi32(g, _mm_madd_epi16(_mm_srai_epi32(q, 8), px4::Coeffs(2084, 0))), 16);
+        sum[2] = _mm_srai_epi32(_mm_add_epi32(a, p), 12);
+    }
+    static constexpr auto Narrow = Pack32;
 };
 
 // 16u and 16s: Bias 32768 folds the 16s bias into the offsets (40092 - 32768
@@ -134,6 +164,13 @@ using Inv16s = Inv16<int16_t, 32768>;
 }  // namespace zil::cie
 
 using namespace zil::cie;
+
+// With 256-bit integer lanes the compiler's own vectorisation of the pixel
+// loop outruns the 128-bit walk; there the 8u rows stay pixel by pixel.
+#ifndef __AVX2__
+ZIL_CIE_ROW16(Fwd8u)
+ZIL_CIE_ROW16(Inv8u)
+#endif
 
 // Row layers step in whole samples (SHIFT 1 or 2) except where SHIFT is 0.
 //            conversion depth functor SHIFT
