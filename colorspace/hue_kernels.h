@@ -89,6 +89,17 @@ struct Px {
     V c0, c1, c2;
 };
 
+// Hue in degrees before the wrap below 0, from the differences g - b, b - r,
+// r - g and d = max - min: red wins a tie with green or blue, green wins a
+// tie with blue. The winner's difference is chosen before the one division,
+// and red's hue takes no offset at all (an added +0 would turn a -0 into +0).
+template <class V, class M>
+inline V HueDegrees(M isR, M isG, V gb, V br, V rg, V d) {
+    const V q = ((isR ? gb : (isG ? br : rg)) * 60.0f) / d;
+    const V zero{};
+    return isR ? q : q + (isG ? zero + 120.0f : zero + 240.0f);
+}
+
 // ---- RGB to HLS, integer depths ---------------------------------------------------------
 // Returns H x scale / 360, L and S x scale, each before the rounding add.
 template <const Depth& D, class V>
@@ -97,12 +108,8 @@ inline Px<V> RgbToHlsInt(V r, V g, V b) {
     const V sum = mx + mn;
     const V l = 0.5f * sum;
     const V d = mx - mn;
-    V s = D.half >= l ? d / sum : d / (D.twice - sum);
-    // Red wins a tie with green or blue, green wins a tie with blue.
-    const V hr = ((g - b) * 60.0f) / d;
-    const V hg = ((b - r) * 60.0f) / d + 120.0f;
-    const V hb = ((r - g) * 60.0f) / d + 240.0f;
-    V h = r == mx ? hr : (g == mx ? hg : hb);
+    V s = d / (D.half >= l ? sum : D.twice - sum);
+    V h = HueDegrees(r == mx, g == mx, g - b, b - r, r - g, d);
     h = h < 0.0f ? h + 360.0f : h;
     const auto grey = mx == mn;
     h = grey ? V{} : h;
@@ -116,11 +123,8 @@ inline Px<V> RgbToHlsFloat(V r, V g, V b) {
     const V mx = Max3(r, g, b), mn = Min3(r, g, b);
     const V d = mx - mn;
     const V l = 0.5f * (mn + mx);
-    V s = 0.5f >= l ? d / (mx + mn) : d / (2.0f - (mx + mn));
-    const V hr = ((g - b) * 60.0f) / d;
-    const V hg = ((b - r) * 60.0f) / d + 120.0f;
-    const V hb = ((r - g) * 60.0f) / d + 240.0f;
-    V h = r == mx ? hr : (g == mx ? hg : hb);
+    V s = d / (0.5f >= l ? mx + mn : 2.0f - (mx + mn));
+    V h = HueDegrees(r == mx, g == mx, g - b, b - r, r - g, d);
     h = h < 0.0f ? h + 360.0f : h;
     // Differences up to one unit of the last place of 1 count as grey.
     const auto grey = d <= kEps;
@@ -138,11 +142,8 @@ inline Px<V> BgrToHlsNorm(V r, V g, V b) {
     const V mx = imx / 255.0f;
     const V mn = Min3(fr, fg, fb);
     const V d = mx - mn;
-    V s = 0.5f >= 0.5f * (mx + mn) ? d / (mx + mn) : d / (2.0f - (mx + mn));
-    const V hr = ((fg - fb) * 60.0f) / d;
-    const V hg = (60.0f * (fb - fr)) / d + 120.0f;
-    const V hb = (60.0f * (fr - fg)) / d + 240.0f;
-    V h = r == imx ? hr : (g == imx ? hg : hb);
+    V s = d / (0.5f >= 0.5f * (mx + mn) ? mx + mn : 2.0f - (mx + mn));
+    V h = HueDegrees(r == imx, g == imx, fg - fb, fb - fr, fr - fg, d);
     h = h < 0.0f ? h + 360.0f : h;
     const auto grey = d == 0.0f;
     h = grey ? V{} : h;
@@ -154,9 +155,10 @@ inline Px<V> BgrToHlsNorm(V r, V g, V b) {
 // h in degrees, l and s on 0..1. Returns R, G, B on 0..1.
 template <class V>
 inline V HueRamp(V m1, V m2, V h) {
-    const V up = ((m2 - m1) * h) / 60.0f + m1;
-    const V down = ((m2 - m1) * (240.0f - h)) / 60.0f + m1;
-    return 60.0f > h ? up : (180.0f > h ? m2 : (240.0f > h ? down : m1));
+    // Rising below 60 degrees, falling from 180 to 240: one ramp over the
+    // distance from the nearer end.
+    const V ramp = ((m2 - m1) * (60.0f > h ? h : 240.0f - h)) / 60.0f + m1;
+    return 60.0f > h ? ramp : (180.0f > h ? m2 : (240.0f > h ? ramp : m1));
 }
 template <class V>
 inline Px<V> HlsToRgbUnit(V h, V l, V s) {
@@ -215,9 +217,9 @@ inline Px<V> HsvSector(V i, V f, V s, V v) {
     const V p = (1.0f - s) * v;
     const V q = (1.0f - (s * f)) * v;
     const V t = (1.0f - (s * (1.0f - f))) * v;
-    const V r = (i == 0.0f) | (i == 5.0f) ? v : (i == 1.0f ? q : (i == 4.0f ? t : p));
-    const V g = i == 0.0f ? t : ((i == 1.0f) | (i == 2.0f) ? v : (i == 3.0f ? q : p));
-    const V b = (i == 0.0f) | (i == 1.0f) ? p : (i == 2.0f ? t : (i == 5.0f ? q : v));
+    const V r = ((i == 0.0f) | (i == 5.0f)) ? v : (i == 1.0f ? q : (i == 4.0f ? t : p));
+    const V g = i == 0.0f ? t : (((i == 1.0f) | (i == 2.0f)) ? v : (i == 3.0f ? q : p));
+    const V b = ((i == 0.0f) | (i == 1.0f)) ? p : (i == 2.0f ? t : (i == 5.0f ? q : v));
     const auto grey = s == 0.0f;
     return {grey ? v : r, grey ? v : g, grey ? v : b};
 }
