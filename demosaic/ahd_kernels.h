@@ -315,32 +315,68 @@ inline void StoreChromaDist(W u0, W u1, W v0, W v1, typename ChromaLanes<T>::C* 
     for (int h = 0; h < CL::kParts; ++h) StoreW(out + h * (8 / CL::kParts), c[h]);
 }
 
-// E of row j for positions 2 .. w + 3 (entry 0 is i = 2), from the candidates
-// of rows j - 1, j, j + 1, stored as a small signed value in the sample type.
+// Luma (offset by -32768) and chroma of both candidates along a run of
+// positions, one line each per candidate H, V.
+struct YccLines {
+    int16_t* y[2];
+    int16_t* u[2];
+    int16_t* v[2];
+    YccLines From(int32_t k) const { return {{y[0] + k, y[1] + k}, {u[0] + k, u[1] + k}, {v[0] + k, v[1] + k}}; }
+};
+
+// Converts the candidates of row j at positions from .. from + count - 1, in
+// whole groups of eight, to entries 0 .. of out. The reads of the last group
+// end at most 7 samples past the run.
 template <class T>
-void JudgeRow(const AhdJob<T>& J, int32_t j) {
-    const T* rgb[3][2][3];  // [row][candidate H, V][R, G, B]
-    for (int q = 0; q < 3; ++q) {
-        const int cs = ColourSlot(j - 1 + q), gs = GreenSlot(j - 1 + q);
-        rgb[q][0][0] = J.Line(RedH(cs));
-        rgb[q][0][1] = J.Line(GreenH(gs));
-        rgb[q][0][2] = J.Line(BlueH(cs));
-        rgb[q][1][0] = J.Line(RedV(cs));
-        rgb[q][1][1] = J.Line(GreenV(gs));
-        rgb[q][1][2] = J.Line(BlueV(cs));
+void ConvertRow(const AhdJob<T>& J, int32_t j, int32_t from, int32_t count, const YccLines& out) {
+    const int cs = ColourSlot(j), gs = GreenSlot(j);
+    const T* const rgb[2][3] = {{J.Line(RedH(cs)), J.Line(GreenH(gs)), J.Line(BlueH(cs))},
+                                {J.Line(RedV(cs)), J.Line(GreenV(gs)), J.Line(BlueV(cs))}};
+    for (int d = 0; d < 2; ++d) {
+        const T* r = rgb[d][0] + from;
+        const T* g = rgb[d][1] + from;
+        const T* b = rgb[d][2] + from;
+        for (int32_t p = 0; p < count; p += 8) {
+            W y, u, v;
+            YccW<T>(LoadSamples(r + p), LoadSamples(g + p), LoadSamples(b + p), y, u, v);
+            StoreW(out.y[d] + p, y);
+            StoreW(out.u[d] + p, u);
+            StoreW(out.v[d] + p, v);
+        }
     }
+}
+
+// Entries of the local luma-chroma arrays of a judging chunk: the chunk, its
+// neighbour on each side, and the run-out of whole eight-lane groups.
+inline constexpr int kLen = kJudge + 24;
+
+// Converted rows j - 1, j, j + 1 of a row being judged, kept from one row to
+// the next so that each row is converted once: row k sits in slot k mod 3,
+// entry i of a slot being position i. It serves rows of up to kRingWidth
+// pixels.
+inline constexpr int kRingLen = 2064;
+inline constexpr int32_t kRingWidth = kRingLen - 12;
+struct YccRing {
+    alignas(16) int16_t y[3][2][kRingLen], u[3][2][kRingLen], v[3][2][kRingLen];
+    YccLines Slot(int32_t k) {
+        const int s = k % 3;
+        return {{y[s][0], y[s][1]}, {u[s][0], u[s][1]}, {v[s][0], v[s][1]}};
+    }
+};
+
+// E of row j for positions 2 .. w + 3 (entry 0 is i = 2), stored as a small
+// signed value in the sample type. rowsAt(i0, n, rows) makes rows[0 .. 2] the
+// luma-chroma of rows j - 1, j, j + 1 from position i0 - 1 on, entries 0 ..
+// n + 1 being converted and the ones after them up to n + 8 defined values.
+template <class T, class RowsAt>
+void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
     T* __restrict e = J.Line(Diff(ColourSlot(j + 1)));
 
-    // Entry p of a chunk is position i0 - 1 + p. Reads run whole groups of
-    // eight: the luma-chroma arrays up to 15 entries past the chunk (lanes
-    // whose results are never used; the arrays start zeroed so every lane is
-    // a defined value), the candidate lines up to 7 samples past position
-    // w + 4, which stays inside the next line of the work area.
-    constexpr int kLen = kJudge + 24;
-    alignas(16) int16_t Y[2][3][kLen] = {}, U[2][3][kLen] = {}, V[2][3][kLen] = {};
     // Per candidate: Y distance (offset by -32768) and chroma distance of
     // entry p to its right-hand neighbour (p = 0 .. n) and to its upper and
-    // lower neighbours (p = 1 .. n).
+    // lower neighbours (p = 1 .. n). Reads run whole groups of eight, up to 15
+    // entries past the chunk (lanes whose results are never used; the arrays
+    // start zeroed so every lane is a defined value).
     alignas(16) int16_t yR[2][kLen] = {}, yU[2][kLen], yD[2][kLen];
     using CL = ChromaLanes<T>;
     constexpr int kPart = 8 / CL::kParts;  // lanes of a chroma vector
@@ -350,32 +386,22 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
     const int32_t end = J.w + 4;  // one past the last judged position
     for (int32_t i0 = 2; i0 < end; i0 += kJudge) {
         const int32_t n = Min(kJudge, end - i0);
-        for (int q = 0; q < 3; ++q)
-            for (int d = 0; d < 2; ++d) {
-                const T* r = rgb[q][d][0] + (i0 - 1);
-                const T* g = rgb[q][d][1] + (i0 - 1);
-                const T* b = rgb[q][d][2] + (i0 - 1);
-                for (int32_t p = 0; p < n + 2; p += 8) {
-                    W y, u, v;
-                    YccW<T>(LoadSamples(r + p), LoadSamples(g + p), LoadSamples(b + p), y, u, v);
-                    StoreW(&Y[d][q][p], y);
-                    StoreW(&U[d][q][p], u);
-                    StoreW(&V[d][q][p], v);
-                }
-            }
+        YccLines rows[3];
+        rowsAt(i0, n, rows);
+        const YccLines &up = rows[0], &mid = rows[1], &down = rows[2];
         for (int d = 0; d < 2; ++d) {
             for (int32_t p = 0; p <= n; p += 8) {
-                const W y0 = LoadW(&Y[d][1][p]), y1 = LoadW(&Y[d][1][p + 1]);
+                const W y0 = LoadW(mid.y[d] + p), y1 = LoadW(mid.y[d] + p + 1);
                 StoreW(&yR[d][p], _mm_xor_si128(AbsDiffW(y1, y0), off));
-                StoreChromaDist<T>(LoadW(&U[d][1][p + 1]), LoadW(&U[d][1][p]), LoadW(&V[d][1][p + 1]),
-                                   LoadW(&V[d][1][p]), &cR[d][p]);
+                StoreChromaDist<T>(LoadW(mid.u[d] + p + 1), LoadW(mid.u[d] + p), LoadW(mid.v[d] + p + 1),
+                                   LoadW(mid.v[d] + p), &cR[d][p]);
             }
             for (int32_t p = 1; p <= n; p += 8) {
-                const W yc = LoadW(&Y[d][1][p]), uc = LoadW(&U[d][1][p]), vc = LoadW(&V[d][1][p]);
-                StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(&Y[d][0][p]), yc), off));
-                StoreW(&yD[d][p], _mm_xor_si128(AbsDiffW(LoadW(&Y[d][2][p]), yc), off));
-                StoreChromaDist<T>(LoadW(&U[d][0][p]), uc, LoadW(&V[d][0][p]), vc, &cU[d][p]);
-                StoreChromaDist<T>(LoadW(&U[d][2][p]), uc, LoadW(&V[d][2][p]), vc, &cD[d][p]);
+                const W yc = LoadW(mid.y[d] + p), uc = LoadW(mid.u[d] + p), vc = LoadW(mid.v[d] + p);
+                StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(up.y[d] + p), yc), off));
+                StoreW(&yD[d][p], _mm_xor_si128(AbsDiffW(LoadW(down.y[d] + p), yc), off));
+                StoreChromaDist<T>(LoadW(up.u[d] + p), uc, LoadW(up.v[d] + p), vc, &cU[d][p]);
+                StoreChromaDist<T>(LoadW(down.u[d] + p), uc, LoadW(down.v[d] + p), vc, &cD[d][p]);
             }
         }
         // A comparison gives -1 where it holds, so each candidate's sum of
@@ -405,6 +431,32 @@ void JudgeRow(const AhdJob<T>& J, int32_t j) {
         T* __restrict eo = e + (i0 - 2);
         for (int32_t p = 1; p <= n; ++p) eo[p - 1] = static_cast<T>(eTmp[p]);
     }
+}
+
+// Judging with each row converted once, into the ring: row j + 1 is converted
+// as row j is judged (rows 1 and 2 before row 2, the first judged).
+template <class T>
+void JudgeRowRing(const AhdJob<T>& J, int32_t j, YccRing& ring) {
+    // Positions 1 .. w + 4; the reads of the judging stop at w + 11.
+    if (j == 2)
+        for (int32_t k = 1; k <= 2; ++k) ConvertRow(J, k, 1, J.w + 4, ring.Slot(k).From(1));
+    ConvertRow(J, j + 1, 1, J.w + 4, ring.Slot(j + 1).From(1));
+    JudgeRow(J, j, [&](int32_t i0, int32_t, YccLines* rows) {
+        for (int q = 0; q < 3; ++q) rows[q] = ring.Slot(j - 1 + q).From(i0 - 1);
+    });
+}
+
+// Judging of rows too wide for the ring: the three rows are converted chunk
+// by chunk.
+template <class T>
+void JudgeRowChunked(const AhdJob<T>& J, int32_t j) {
+    alignas(16) int16_t Y[3][2][kLen] = {}, U[3][2][kLen] = {}, V[3][2][kLen] = {};
+    JudgeRow(J, j, [&](int32_t i0, int32_t n, YccLines* rows) {
+        for (int q = 0; q < 3; ++q) {
+            rows[q] = {{Y[q][0], Y[q][1]}, {U[q][0], U[q][1]}, {V[q][0], V[q][1]}};
+            ConvertRow(J, j - 1 + q, i0 - 1, n + 2, rows[q]);
+        }
+    });
 }
 
 // Sixteen values of a homogeneity line as signed bytes.
@@ -509,12 +561,25 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
 // ---- the pipeline ---------------------------------------------------------------------
 template <class T, const AhdPhase& P>
 void AhdRegion(const AhdJob<T>& J) {
-    const int32_t last = J.h + 5;
-    for (int32_t r = 0; r <= last; ++r) {
-        ReadRow(J, r, TypeOf<P>(r));
-        if (r >= 2) CompleteRow(J, r - 1, TypeOf<P>(r - 1));
-        if (r >= 4) JudgeRow(J, r - 2);
-        if (r >= 6) SelectRow(J, r - 3);
+    auto run = [&](auto judge) {
+        const int32_t last = J.h + 5;
+        for (int32_t r = 0; r <= last; ++r) {
+            ReadRow(J, r, TypeOf<P>(r));
+            if (r >= 2) CompleteRow(J, r - 1, TypeOf<P>(r - 1));
+            if (r >= 4) judge(r - 2);
+            if (r >= 6) SelectRow(J, r - 3);
+        }
+    };
+    if (J.w <= kRingWidth) {
+        YccRing ring;
+        // Entries past the converted ones are read as lanes whose results are
+        // never used: they start as defined values.
+        for (int s = 0; s < 3; ++s)
+            for (int d = 0; d < 2; ++d)
+                for (int32_t i = 0; i < J.w + 12; ++i) ring.y[s][d][i] = ring.u[s][d][i] = ring.v[s][d][i] = 0;
+        run([&](int32_t j) { JudgeRowRing(J, j, ring); });
+    } else {
+        run([&](int32_t j) { JudgeRowChunked(J, j); });
     }
 }
 
