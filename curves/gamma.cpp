@@ -6,6 +6,7 @@
 // reciprocal of the range is single or double, whether the test of the lower
 // branch is made in double, which power routine serves them, and in two more
 // details of the upper branch. Each difference is a column of kFloatRows.
+#include "gamma_pow.h"
 #include "gamma_tables.h"
 #include "primitives/power_core.h"
 #include "primitives/utils.h"
@@ -132,6 +133,7 @@ static_assert(kInvP3.dblInv == kInvP3.dblTest && kInvAC4.dblInv == kInvAC4.dblTe
 
 constexpr int kBlock = 384;  // samples a block of the vector power; 128 pixels of AC4
 constexpr float kFwdPower = 0.45f, kInvPower = 2.2222223f;
+static_assert(kFwdY == kFwdPower, "the fast forward power is laid down for this exponent");
 
 struct Range {
     float vMin, range, inv;
@@ -214,7 +216,8 @@ void FwdRowScalar(const float* s, float* d, int n, const Range& r) {
         pw::I4 lower;
         const pw::F4 t = FwdT<M>(x, r, lower);
         pw::F4 p;  // lanes of the lower branch take the power of 0.5, unused
-        if (pw::LogExpF4(pw::Select(lower, pw::F4{} + 0.5f, t), kFwdPower, p)) {
+        const pw::F4 base = pw::Select(lower, pw::F4{} + 0.5f, t);
+        if (FwdPow4(base, p) || pw::LogExpF4(base, kFwdPower, p)) {
             const pw::F4 out = pw::Select(lower, 4.5f * x + r.vMin, FwdUpper<M>(p, r));
             __builtin_memcpy(d + i, &out, 16);
         } else {

@@ -10,6 +10,7 @@
 
 typedef __float128 quad;
 extern "C" quad powq(quad, quad);
+extern "C" quad exp2q(quad);
 
 namespace {
 
@@ -32,6 +33,23 @@ void Table(FILE* f, const char* type, const char* name, double (*curve)(double),
     std::fprintf(f, "\n};\n\n");
 }
 
+// The forward power's table, one pair a float of [2^-6, 2) by its exponent e
+// (-6 to 0) and its top eight mantissa bits i: r, the double nearest
+// 1 / (1 + (i + 0.5) / 256), and 2^(y e) r^-y correctly rounded to double, y
+// the float exponent 0.45f. A float 2^e m of the pair has the power
+// 2^(y e) r^-y (m r)^y, and m r is within 2^-9 of 1.
+void FwdPowTable(FILE* f) {
+    const quad y = static_cast<quad>(0.45f);
+    std::fprintf(f, "extern \"C\" ZIL_HIDDEN const GammaPowPair gammaFwdPow[%d] = {\n", 7 * 256);
+    for (int e = -6; e <= 0; ++e)
+        for (int i = 0; i < 256; ++i) {
+            const double rcp = static_cast<double>(1 / (1 + (i + quad(0.5)) / 256));
+            const double scale = static_cast<double>(exp2q(y * e) * powq(rcp, -y));
+            std::fprintf(f, "    {%a, %a},\n", rcp, scale);
+        }
+    std::fprintf(f, "};\n");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -43,5 +61,6 @@ int main(int argc, char** argv) {
     Table(f, "uint8_t", "tableInv8u", Inv, 255);
     Table(f, "uint16_t", "tableFwd16u", Fwd, 65535);
     Table(f, "uint16_t", "tableInv16u", Inv, 65535);
+    FwdPowTable(f);
     return std::fclose(f) == 0 ? 0 : 1;
 }

@@ -1,0 +1,54 @@
+// The forward power t^0.45f on four lanes, for t in [2^-6, 2): the value the
+// scalar float power gives, found without its logarithm and exponential.
+//
+// For t = 2^e m, with r the table's reciprocal for the top eight mantissa bits,
+// t^y = 2^(y e) r^-y (1 + d)^y where d = m r - 1 is below 2^-9 in magnitude; the
+// table holds 2^(y e) r^-y, and three terms of the binomial series give the
+// rest. The estimate E differs from the double R that the scalar power rounds
+// to float by at most kFwdPowSlack units in the last place of E, over every
+// float of the interval (a bound found by running through all of them). Where E
+// is farther than that from every midpoint between adjacent floats, R rounds to
+// the same float as E; a lane nearer to one sends the group back to the caller.
+#pragma once
+
+#include "gamma_tables.h"
+#include "primitives/power_core.h"
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wpsabi"
+
+namespace zil::gamma {
+
+constexpr double kFwdY = 0.45f;
+constexpr double kFwdA1 = kFwdY, kFwdA2 = kFwdA1 * (kFwdY - 1) / 2, kFwdA3 = kFwdA2 * (kFwdY - 2) / 3;
+constexpr int32_t kFwdPowSlack = 6144;
+
+// The estimate E for four lanes of [2^-6, 2), given as bits.
+inline pw::D4 FwdPowEstimate(pw::U4 bt) {
+    using namespace pw;
+    const U4 idx = (bt >> 15) - (121u << 8);  // the exponent field of 2^-6 is 121
+    const D4 m = __builtin_convertvector(Bits<F4>((bt & 0x7FFFFFu) | 0x3F800000u), D4);
+    D4 rcp, scale;
+    Unzip(&gammaFwdPow[idx[0]].rcp, &gammaFwdPow[idx[1]].rcp, &gammaFwdPow[idx[2]].rcp, &gammaFwdPow[idx[3]].rcp,
+          rcp, scale);
+    const D4 d = m * rcp - 1.0;
+    return scale + scale * (d * (kFwdA1 + d * (kFwdA2 + d * kFwdA3)));
+}
+
+// False, with nothing written, when a lane is outside [2^-6, 2) or near a
+// rounding midpoint.
+inline bool FwdPow4(pw::F4 t, pw::F4& out) {
+    using namespace pw;
+    const U4 bt = Bits<U4>(t);
+    if (Any(bt - 0x3C800000u >= 0x03800000u)) return false;  // 2^-6 and 2 as bits
+    const D4 E = FwdPowEstimate(bt);
+    // The 29 bits below single precision, against the midpoint 2^28.
+    const I4 off = Bits<I4>(LoWords(E) & 0x1FFFFFFFu) - 0x10000000;
+    if (Any(Bits<U4>(off + kFwdPowSlack) <= uint32_t(2 * kFwdPowSlack))) return false;
+    out = __builtin_convertvector(E, F4);
+    return true;
+}
+
+}  // namespace zil::gamma
+
+#pragma GCC diagnostic pop
