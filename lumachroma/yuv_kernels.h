@@ -420,6 +420,12 @@ inline void Yuv422ToRgbChunk(const uint8_t* y, const uint8_t* u, const uint8_t* 
     if constexpr (DP != 1) Scatter3<DP, 2 * N, A == Alpha::Value>(r, g, b, a, Ro, Go, Bo, alpha);
 }
 
+}  // namespace zil::yuv
+
+#include "yuv_wide.h"
+
+namespace zil::yuv {
+
 // Full resolution. s: R, G, B (stride SP), s[3] alpha source when copied;
 // d: Y, U, V (stride DP), d[3] the alpha plane when CopyAlpha.
 template <int SP, int DP, const FwdMember& M, bool CopyAlpha>
@@ -501,6 +507,9 @@ void RgbToYuv420Row(const Rows& rw, int w, uint8_t) {
     uint8_t* __restrict v = rw.d[3];
     const int cells = w >> 1;
     int i = 0;
+#ifdef __AVX2__
+    if constexpr (SP == 3) i = wide::RgbToYuv420Cells<M>(rw, cells);
+#endif
     for (; i + kChunkCells <= cells; i += kChunkCells)
         RgbToYuv420Chunk<SP, M>(rw, i, y0 + 2 * i, y1 + 2 * i, u + i, v + i);
     for (; i < cells; ++i) {
@@ -609,6 +618,9 @@ void Yuv420ToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     uint8_t* __restrict a1 = rw.d[7];
     const int cells = w >> 1;
     int i = 0;
+#ifdef __AVX2__
+    if constexpr (DP == 3 && A == Alpha::None) i = wide::Yuv420ToRgbCells<M>(rw, cells);
+#endif
     for (; i + kChunkCells <= cells; i += kChunkCells) {
         uint8_t* d[8];
         for (int c = 0; c < 8; ++c) d[c] = rw.d[c] ? rw.d[c] + 2 * i * DP : nullptr;
