@@ -4,6 +4,10 @@
 // rest of the row pixel by pixel with the plain formula.
 #pragma once
 
+#ifdef __SSSE3__
+#include <tmmintrin.h>
+#endif
+
 #include "px4.h"
 #include "ycbcr_coeffs.h"
 #include "yuv_rows.h"
@@ -50,15 +54,53 @@ inline __m128i DotQ16x4(__m128i p01, __m128i p2) {
     return r;
 }
 
+#ifdef __SSSE3__
+// Byte shuffles for three-byte pixels: mask[r][c] takes channel c's bytes of
+// sixteen pixels to their places in the r-th 16 bytes of the pixels (-128
+// leaves a zero); gather[0] the bytes 0 | 2 << 16 of four pixels' 12 bytes
+// into their 32-bit lanes, gather[1] byte 1, and compact the low three bytes
+// of four 32-bit lanes to 12 bytes.
+struct Shuffles3 {
+    int8_t mask[3][3][16];
+    int8_t gather[2][16];
+    int8_t compact[16];
+};
+constexpr Shuffles3 MakeShuffles3() {
+    Shuffles3 t{};
+    for (int j = 0; j < 48; ++j)
+        for (int c = 0; c < 3; ++c) t.mask[j / 16][c][j % 16] = int8_t(j % 3 == c ? j / 3 : -128);
+    for (int b = 0; b < 16; ++b) {
+        const int px = b / 4, k = b % 4;
+        t.gather[0][b] = int8_t(k == 0 ? 3 * px : k == 2 ? 3 * px + 2 : -128);
+        t.gather[1][b] = int8_t(k == 0 ? 3 * px + 1 : -128);
+        t.compact[b] = int8_t(b < 12 ? b / 3 * 4 + b % 3 : -128);
+    }
+    return t;
+}
+inline constexpr Shuffles3 kShuffles3 = MakeShuffles3();
+inline __m128i Shuffle3(const int8_t* m) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(m)); }
+#endif
+
 // Sixteen pixels from the 16-bit results of pixels 0-7 (lo) and 8-15 (hi),
 // clamped to 0..255 by the pack, to DP (3 or 4, then with the alpha bytes a) bytes a
-// pixel at p; order 1 writes the channels reversed. A DP 3 store writes two
+// pixel at p; order 1 writes the channels reversed. A DP 3 store may write two
 // bytes of junk past the 48 (see px4::Store3).
 template <int DP>
 inline void StoreRgb16(uint8_t* p, int order, const __m128i* lo, const __m128i* hi, __m128i a) {
     const __m128i c0 = _mm_packus_epi16(lo[order ? 2 : 0], hi[order ? 2 : 0]);
     const __m128i c1 = _mm_packus_epi16(lo[1], hi[1]);
     const __m128i c2 = _mm_packus_epi16(lo[order ? 0 : 2], hi[order ? 0 : 2]);
+#ifdef __SSSE3__
+    if constexpr (DP == 3) {
+        for (int r = 0; r < 3; ++r) {
+            const __m128i v = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(c0, Shuffle3(kShuffles3.mask[r][0])),
+                                                        _mm_shuffle_epi8(c1, Shuffle3(kShuffles3.mask[r][1]))),
+                                           _mm_shuffle_epi8(c2, Shuffle3(kShuffles3.mask[r][2])));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 16 * r), v);
+        }
+        return;
+    }
+#endif
     const __m128i p01l = _mm_unpacklo_epi8(c0, c1), p01h = _mm_unpackhi_epi8(c0, c1);
     const __m128i p23l = _mm_unpacklo_epi8(c2, a), p23h = _mm_unpackhi_epi8(c2, a);
     const __m128i w[4] = {_mm_unpacklo_epi16(p01l, p23l), _mm_unpackhi_epi16(p01l, p23l),
@@ -69,23 +111,65 @@ inline void StoreRgb16(uint8_t* p, int order, const __m128i* lo, const __m128i* 
     }
 }
 
-// Sixteen three-byte pixels a step, both directions, while the row holds the
-// loads' and stores' reach; returns the first pixel left. Each four pixels
-// come as the 16-bit lanes byte0 | byte2 << 16 and byte1 | x << 16 (x, the
-// next pixel's first byte); Four forms their three 32-bit sums and Narrow
-// packs two such quartets to the 16-bit lanes StoreRgb16 clamps and writes.
+// Four 32-bit lanes' low three bytes to 12 bytes at p, in increasing order
+// along a row: up to four bytes past the 12 get junk that the row's next
+// pixels overwrite.
+inline void StoreWords3(uint8_t* p, __m128i w) {
+#ifdef __SSSE3__
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_shuffle_epi8(w, Shuffle3(kShuffles3.compact)));
+#else
+    px4::Store3(p, w);
+#endif
+}
+
+// Sixteen three-byte pixels at p as four registers, pixel 4k + j in lane j of
+// q[k], its bytes from the lane's low byte (the top byte, the next pixel's
+// first, is junk to the callers). A 16-byte load at pixel k holds pixel k in
+// its first lane and pixel k + 4 in its last, so four such loads and four
+// two-register lane shuffles give eight pixels. Reads 49 bytes.
+inline void Load16x3(const uint8_t* p, __m128i* q) {
+    for (int h = 0; h < 2; ++h) {
+        __m128 l[4];
+        for (int k = 0; k < 4; ++k) l[k] = _mm_loadu_ps(reinterpret_cast<const float*>(p + 3 * (8 * h + k)));
+        const __m128 a = _mm_shuffle_ps(l[0], l[1], _MM_SHUFFLE(3, 0, 3, 0));  // pixels 0 4 1 5
+        const __m128 b = _mm_shuffle_ps(l[2], l[3], _MM_SHUFFLE(3, 0, 3, 0));  // pixels 2 6 3 7
+        q[2 * h] = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
+        q[2 * h + 1] = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
+    }
+}
+
+// Sixteen three-byte pixels at p as four quartets of 16-bit pairs: c02[k]
+// holds byte0 | byte2 << 16 of pixels 4k..4k+3, c1x[k] byte1 | x << 16, x
+// junk (0, or the next pixel's first byte). Reads at most 52 bytes.
+inline void Pairs16x3(const uint8_t* p, __m128i* c02, __m128i* c1x) {
+#ifdef __SSSE3__
+    const __m128i m02 = Shuffle3(kShuffles3.gather[0]), m1 = Shuffle3(kShuffles3.gather[1]);
+    for (int k = 0; k < 4; ++k) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 12 * k));
+        c02[k] = _mm_shuffle_epi8(v, m02), c1x[k] = _mm_shuffle_epi8(v, m1);
+    }
+#else
+    __m128i px[4];
+    Load16x3(p, px);
+    for (int k = 0; k < 4; ++k) c02[k] = _mm_and_si128(px[k], _mm_set1_epi32(0x00FF00FF)), c1x[k] = _mm_srli_epi16(px[k], 8);
+#endif
+}
+
+// Sixteen three-byte pixels a step to three-byte pixels through 16-bit lanes,
+// while the row holds the loads' and stores' reach; returns the first pixel
+// left. Each four pixels come as the 16-bit lanes byte0 | byte2 << 16 and
+// byte1 | x << 16 (x, the next pixel's first byte); Four forms their three
+// 32-bit sums and Narrow packs two such quartets to the 16-bit lanes
+// StoreRgb16 clamps and writes.
 template <class Four, class Narrow>
 inline int Walk16x3(const uint8_t* s, uint8_t* d, int order, int w, Four four, Narrow narrow) {
-    const __m128i pairs = _mm_set1_epi32(0x00FF00FF);
     int i = 0;
     for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
-        __m128i out[2][3];
+        __m128i c02[4], c1x[4], out[2][3];
+        Pairs16x3(s + i * 3, c02, c1x);
         for (int h = 0; h < 2; ++h) {
             __m128i sum[2][3];
-            for (int q = 0; q < 2; ++q) {
-                const __m128i px = px4::Load<3>(s + (i + 8 * h + 4 * q) * 3);
-                four(_mm_and_si128(px, pairs), _mm_srli_epi16(px, 8), sum[q]);
-            }
+            for (int q = 0; q < 2; ++q) four(c02[2 * h + q], c1x[2 * h + q], sum[q]);
             for (int c = 0; c < 3; ++c) out[h][c] = narrow(sum[0][c], sum[1][c]);
         }
         StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
@@ -116,29 +200,46 @@ inline void FwdLanes(__m128i r, __m128i g, __m128i b, __m128i* out) {
     out[2] = _mm_and_si128(DotQ16x4<kCrR, kCrG, kCrB, kCOffset>(rg, b), m);
 }
 
-// Sixteen three-byte R, G, B pixels a step to three-byte Y, Cb, Cr, while the
-// row holds the loads' and stores' reach; returns the first pixel left. Per
-// four pixels the lanes R | B << 16 and G | x << 16 (x, the next pixel's
-// byte, meets a zero weight) feed the multiply-adds; the luma weight of G,
-// above the int16 range, is twice 16515. The low byte of each shifted sum is
-// kept before the bytes are packed.
-inline int FwdInterleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
+// Sixteen three-byte R, G, B pixels a step to three-byte Y, Cb, Cr (order 1:
+// Cr, Cb, Y), while the row holds the loads' and stores' reach; returns the
+// first pixel left. Per four pixels the lanes R | B << 16 and G | -1 << 16
+// feed the multiply-adds; the luma weight of G, above the int16 range, is
+// twice 16515. The -1 lane carries the rounding half: weighted by -32768 (by
+// -16384 twice for luma) it adds 32768, so each sum is the pixel's weighted
+// sum plus 32768, whose bits 16-23 are the low byte of the shifted value
+// without the +16 (luma) or -128 (chroma) of the full offsets. Those bytes
+// are masked into pixel words where the +16 is an add (luma stays inside
+// 16..235, no carry) and the -128 of a low byte is a flip of its top bit.
+template <int Order>
+inline int FwdInterleaved16(const uint8_t* s, uint8_t* d, int w) {
     static_assert(kYG == 2 * 16515, "luma weight of G");
-    const __m128i lowByte = _mm_set1_epi16(0xFF);
-    const __m128i yRB = px4::Coeffs(kYR, kYB), yG = px4::Coeffs(kYG / 2, 0);
-    const __m128i cbRB = px4::Coeffs(kCbR, kCbB), cbG = px4::Coeffs(kCbG, 0);
-    const __m128i crRB = px4::Coeffs(kCrR, kCrB), crG = px4::Coeffs(kCrG, 0);
-    const __m128i yo = _mm_set1_epi32(kYOffset), co = _mm_set1_epi32(kCOffset);
-    const auto four = [&](__m128i rb, __m128i gx, __m128i* sum) {
-        const __m128i g = _mm_madd_epi16(gx, yG);
-        sum[0] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, yRB), yo), _mm_add_epi32(g, g));
-        sum[1] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, cbRB), co), _mm_madd_epi16(gx, cbG));
-        sum[2] = _mm_add_epi32(_mm_add_epi32(_mm_madd_epi16(rb, crRB), co), _mm_madd_epi16(gx, crG));
-    };
-    const auto narrow = [&](__m128i a, __m128i b) {
-        return _mm_and_si128(_mm_packs_epi32(_mm_srai_epi32(a, 16), _mm_srai_epi32(b, 16)), lowByte);
-    };
-    return Walk16x3(s, d, order, w, four, narrow);
+    static_assert(kYOffset == 16 * 65536 + 32768 && kCOffset == -128 * 65536 + 32768, "offsets");
+    const __m128i minusOne = _mm_set1_epi32(int32_t(0xFFFF0000u));
+    const __m128i yRB = px4::Coeffs(kYR, kYB), yG = px4::Coeffs(kYG / 2, -16384);
+    const __m128i cbRB = px4::Coeffs(kCbR, kCbB), cbG = px4::Coeffs(kCbG, -32768);
+    const __m128i crRB = px4::Coeffs(kCrR, kCrB), crG = px4::Coeffs(kCrG, -32768);
+    const __m128i byte0 = _mm_set1_epi32(0xFF), byte1 = _mm_set1_epi32(0xFF00), byte2 = _mm_set1_epi32(0xFF0000);
+    const __m128i lumaAdd = _mm_set1_epi32(Order ? 16 << 16 : 16);
+    const __m128i chromaFlip = _mm_set1_epi32(Order ? 0x8080 : 0x808000);
+    int i = 0;
+    for (; i + px4::kBlockReach<3, 3> <= w; i += 16) {
+        __m128i c02[4], c1x[4];
+        Pairs16x3(s + i * 3, c02, c1x);
+        for (int k = 0; k < 4; ++k) {
+            const __m128i rb = c02[k], gx = _mm_or_si128(c1x[k], minusOne);
+            const __m128i g = _mm_madd_epi16(gx, yG);
+            const __m128i sum[3] = {_mm_add_epi32(_mm_madd_epi16(rb, yRB), _mm_add_epi32(g, g)),
+                                    _mm_add_epi32(_mm_madd_epi16(rb, cbRB), _mm_madd_epi16(gx, cbG)),
+                                    _mm_add_epi32(_mm_madd_epi16(rb, crRB), _mm_madd_epi16(gx, crG))};
+            // Luma's sum is below 2^24, so its shift needs no mask.
+            __m128i first = _mm_srli_epi32(sum[Order ? 2 : 0], 16);
+            if constexpr (Order != 0) first = _mm_and_si128(first, byte0);
+            const __m128i word = _mm_or_si128(_mm_or_si128(first, _mm_and_si128(_mm_srli_epi32(sum[1], 8), byte1)),
+                                              _mm_and_si128(sum[Order ? 0 : 2], byte2));
+            StoreWords3(d + (i + 4 * k) * 3, _mm_xor_si128(_mm_add_epi32(word, lumaAdd), chromaFlip));
+        }
+    }
+    return i;
 }
 
 // s: R, G, B (stride SP); d: Y, Cb, Cr (stride DP). A fourth source byte is
@@ -158,7 +259,9 @@ void RgbToYcbcrRow(const Rows& rw, int w, uint8_t) {
     px4::Place<uint8_t*> dp;
     if (DP != 4 && px4::Locate<SP>(r, g, b, &sp) && px4::Locate<DP>(y, cb, cr, &dp)) {
         if constexpr (SP == 3 && DP == 3)
-            if (sp.order == 0) i = FwdInterleaved16(sp.base[0], dp.base[0], dp.order, w);
+            if (sp.order == 0)
+                i = dp.order ? FwdInterleaved16<1>(sp.base[0], dp.base[0], w)
+                             : FwdInterleaved16<0>(sp.base[0], dp.base[0], w);
         i = px4::Blocks<SP, DP, false>(sp, dp, i, w, _mm_setzero_si128(), FwdLanes);
     } else {
         for (; i + yuv::kChunk <= w; i += yuv::kChunk)
