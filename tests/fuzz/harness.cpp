@@ -104,10 +104,11 @@ std::string Case::Describe() const {
 Case Decode(const uint8_t* data, size_t size) {
     Reader r{data, size};
     Case c;
-    // Rows are only ever appended, so a byte below the row count keeps naming the
-    // same export as families are added; larger bytes wrap.
-    const uint8_t rb = r.u8();
-    c.row = &kRows[rb < kRowCount ? rb : rb % kRowCount];
+    // Rows are only ever appended, so a selector keeps naming the same export as
+    // families are added. A first byte of 255 takes a second one, for the rows
+    // from 255 on; selectors past the last row wrap.
+    const size_t rb = r.u8();
+    c.row = &kRows[(rb < 255 ? rb : 255 + size_t(r.u8())) % kRowCount];
     c.w = PickSize(r.u8());
     c.h = PickSize(r.u8());
     // Region of the demosaicing entries, in the coordinates of the w by h plane.
