@@ -1,11 +1,10 @@
-// Reading and completing 16-bit rows eight positions a step, in 16-bit lanes
-// wherever the value ranges allow it, else in 32-bit lanes.
+// Reading and completing 16-bit rows eight positions a step in 16-bit lanes.
 //
 // The sums behind an estimate need 17 or 18 bits, but each one is either
 // halved at once or ends in a clamp to 0 .. 65535. Rounding-up averages
 // (avg) carry the halving, and the clamp follows from saturating arithmetic
 // once the signed term is split into its positive and negative parts (one of
-// which is 0).
+// which is 0). Every value stays within 16 bits.
 #pragma once
 
 #include <emmintrin.h>
@@ -66,24 +65,28 @@ inline V HalfStep(V x, V a, V b, V c, V d) {
     return AddParts(x, _mm_subs_epu16(A, C), _mm_subs_epu16(C, A));
 }
 
-// Sum of two samples, offset by -65536, in 32-bit lanes (low or high four).
-inline V Pair32(V a, V b, bool high) {
-    const V bias = _mm_set1_epi16(-32768);
-    const V ab = high ? _mm_unpackhi_epi16(_mm_xor_si128(a, bias), _mm_xor_si128(b, bias))
-                      : _mm_unpacklo_epi16(_mm_xor_si128(a, bias), _mm_xor_si128(b, bias));
-    return _mm_madd_epi16(ab, _mm_set1_epi16(1));
+// A sum of four samples s as q = ceil(s / 4) and its shortfall 4 q - s
+// (0 .. 3). With p and r the rounded-up means of the two pairs, q is the
+// rounded-up mean of p and r, less 1 where both pairs and p + r are odd; the
+// shortfall is the low two bits of -s, which the wrapped 16-bit sum keeps.
+struct Quarter {
+    V q, rest;
+};
+inline Quarter QuarterOf(V a, V b, V c, V d) {
+    const V one = _mm_set1_epi16(1);
+    const V p = _mm_avg_epu16(a, b), r = _mm_avg_epu16(c, d);
+    const V odd = _mm_and_si128(_mm_and_si128(_mm_xor_si128(a, b), _mm_xor_si128(c, d)),
+                                _mm_and_si128(_mm_xor_si128(p, r), one));
+    const V neg = _mm_sub_epi16(_mm_sub_epi16(_mm_setzero_si128(), _mm_add_epi16(a, b)), _mm_add_epi16(c, d));
+    return {_mm_sub_epi16(_mm_avg_epu16(p, r), odd), _mm_and_si128(neg, _mm_set1_epi16(3))};
 }
 
-// x + floor((s - (e + f + g + h)) / 4) clamped to 0 .. 65535, s given as its
-// low and high four 32-bit lanes offset by -131072.
-inline V QuarterStep(V x, const V s[2], V e, V f, V g, V h) {
-    V r[2];
-    for (int k = 0; k < 2; ++k) {
-        const V t = _mm_add_epi32(Pair32(e, f, k), Pair32(g, h, k));
-        const V xw = k ? _mm_unpackhi_epi16(x, _mm_setzero_si128()) : _mm_unpacklo_epi16(x, _mm_setzero_si128());
-        r[k] = _mm_sub_epi32(_mm_add_epi32(xw, _mm_srai_epi32(_mm_sub_epi32(s[k], t), 2)), _mm_set1_epi32(32768));
-    }
-    return _mm_xor_si128(_mm_packs_epi32(r[0], r[1]), _mm_set1_epi16(-32768));
+// x + floor((s - t) / 4) clamped to 0 .. 65535, for sums s and t of four
+// samples: the floored quarter is q(s) - q(t), less 1 where s falls short of
+// its q by more than t does.
+inline V QuarterStep(V x, const Quarter& s, const Quarter& t) {
+    const V q = _mm_add_epi16(s.q, _mm_cmpgt_epi16(s.rest, t.rest));
+    return AddParts(x, _mm_subs_epu16(q, t.q), _mm_subs_epu16(t.q, q));
 }
 
 // Lines of CompleteRow, each already offset so that entry i is position i.
@@ -94,12 +97,15 @@ struct CompleteLines {
 
 // Positions 1 .. last of CompleteRow in whole groups of eight; returns the
 // first position left over. The C line is read around each group before the
-// group is stored: the values read at C sites never change.
+// group is stored, the left neighbours of the next group included (a load
+// overlapping the store just made would wait for it): the values read at C
+// sites never change.
 inline int32_t Complete(const CompleteLines& L, int32_t last, int32_t gpar) {
     const V green = ParityMask((gpar ^ 1) & 1);
     int32_t i = 1;
+    V cl = Ld(L.cv);
     for (; i + 7 <= last; i += 8) {
-        const V own = Ld(L.cv + i), cl = Ld(L.cv + i - 1), cr = Ld(L.cv + i + 1);
+        const V own = Ld(L.cv + i), cr = Ld(L.cv + i + 1), clNext = Ld(L.cv + i + 7);
         const V ru = Ld(L.rawU + i), rd = Ld(L.rawD + i);
         const V gh = Ld(L.gh + i), gv = Ld(L.gv + i);
         const V ghu = Ld(L.ghu + i), ghd = Ld(L.ghd + i), gvu = Ld(L.gvu + i), gvd = Ld(L.gvd + i);
@@ -108,14 +114,16 @@ inline int32_t Complete(const CompleteLines& L, int32_t last, int32_t gpar) {
         const V gDh = HalfStep(gh, ru, rd, ghu, ghd);
         const V gDv = HalfStep(gv, ru, rd, gvu, gvd);
         const V ul = Ld(L.rawU + i - 1), ur = Ld(L.rawU + i + 1), dl = Ld(L.rawD + i - 1), dr = Ld(L.rawD + i + 1);
-        const V sr[2] = {_mm_add_epi32(Pair32(ul, ur, false), Pair32(dl, dr, false)),
-                         _mm_add_epi32(Pair32(ul, ur, true), Pair32(dl, dr, true))};
-        const V cDh = QuarterStep(gh, sr, Ld(L.ghu + i - 1), Ld(L.ghu + i + 1), Ld(L.ghd + i - 1), Ld(L.ghd + i + 1));
-        const V cDv = QuarterStep(gv, sr, Ld(L.gvu + i - 1), Ld(L.gvu + i + 1), Ld(L.gvd + i - 1), Ld(L.gvd + i + 1));
+        const Quarter sr = QuarterOf(ul, ur, dl, dr);
+        const V cDh = QuarterStep(
+            gh, sr, QuarterOf(Ld(L.ghu + i - 1), Ld(L.ghu + i + 1), Ld(L.ghd + i - 1), Ld(L.ghd + i + 1)));
+        const V cDv = QuarterStep(
+            gv, sr, QuarterOf(Ld(L.gvu + i - 1), Ld(L.gvu + i + 1), Ld(L.gvd + i - 1), Ld(L.gvd + i + 1)));
         St(L.ch + i, Select(green, gCh, own));
         St(L.cv + i, Select(green, gCv, own));
         St(L.dh + i, Select(green, gDh, cDh));
         St(L.dv + i, Select(green, gDv, cDv));
+        cl = clNext;
     }
     return i;
 }
