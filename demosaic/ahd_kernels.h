@@ -373,12 +373,23 @@ struct YccRing {
     }
 };
 
+// Distances of each position of the row judged last to its lower neighbour,
+// which are those of the next row to its upper neighbour: entry i is position
+// i, for rows of up to kRingWidth pixels.
+template <class T>
+struct UpperCache {
+    alignas(16) int16_t y[2][kRingLen];
+    alignas(16) typename ChromaLanes<T>::C c[2][kRingLen];
+};
+
 // E of row j for positions 2 .. w + 3 (entry 0 is i = 2), stored as a small
 // signed value in the sample type. rowsAt(i0, n, rows) makes rows[0 .. 2] the
 // luma-chroma of rows j - 1, j, j + 1 from position i0 - 1 on, entries 0 ..
 // n + 1 being converted and the ones after them up to n + 8 defined values.
+// With a cache, the upper distances of a row after the first (j = 2) are read
+// from it, and the lower ones are left in it.
 template <class T, class RowsAt>
-void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
+void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt, UpperCache<T>* cache = nullptr) {
     T* __restrict e = J.Line(Diff(ColourSlot(j + 1)));
 
     // Per candidate: Y distance (offset by -32768) and chroma distance of
@@ -398,6 +409,14 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
         YccLines rows[3];
         rowsAt(i0, n, rows);
         const YccLines &up = rows[0], &mid = rows[1], &down = rows[2];
+        const bool cached = cache && j > 2;
+        const int16_t* yUp[2] = {yU[0], yU[1]};
+        const typename CL::C* cUp[2] = {cU[0], cU[1]};
+        if (cached)
+            for (int d = 0; d < 2; ++d) {
+                yUp[d] = cache->y[d] + (i0 - 1);
+                cUp[d] = cache->c[d] + (i0 - 1);
+            }
         for (int d = 0; d < 2; ++d) {
             for (int32_t p = 0; p <= n; p += 8) {
                 const W y0 = LoadW(mid.y[d] + p), y1 = LoadW(mid.y[d] + p + 1);
@@ -407,9 +426,11 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
             }
             for (int32_t p = 1; p <= n; p += 8) {
                 const W yc = LoadW(mid.y[d] + p), uc = LoadW(mid.u[d] + p), vc = LoadW(mid.v[d] + p);
-                StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(up.y[d] + p), yc), off));
+                if (!cached) {
+                    StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(up.y[d] + p), yc), off));
+                    StoreChromaDist<T>(LoadW(up.u[d] + p), uc, LoadW(up.v[d] + p), vc, &cU[d][p]);
+                }
                 StoreW(&yD[d][p], _mm_xor_si128(AbsDiffW(LoadW(down.y[d] + p), yc), off));
-                StoreChromaDist<T>(LoadW(up.u[d] + p), uc, LoadW(up.v[d] + p), vc, &cU[d][p]);
                 StoreChromaDist<T>(LoadW(down.u[d] + p), uc, LoadW(down.v[d] + p), vc, &cD[d][p]);
             }
         }
@@ -420,11 +441,11 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
         for (int32_t p = 1; p <= n; p += 8) {
             // Thresholds from each candidate's own direction: H along the row, V along the column.
             const W epsY = _mm_min_epi16(_mm_max_epi16(LoadW(&yR[0][p - 1]), LoadW(&yR[0][p])),
-                                         _mm_max_epi16(LoadW(&yU[1][p]), LoadW(&yD[1][p])));
+                                         _mm_max_epi16(LoadW(yUp[1] + p), LoadW(&yD[1][p])));
             W epsC[CL::kParts];
             for (int h = 0; h < CL::kParts; ++h)
                 epsC[h] = CL::Min(CL::Max(LoadW(&cR[0][p - 1 + kPart * h]), LoadW(&cR[0][p + kPart * h])),
-                                  CL::Max(LoadW(&cU[1][p + kPart * h]), LoadW(&cD[1][p + kPart * h])));
+                                  CL::Max(LoadW(cUp[1] + p + kPart * h), LoadW(&cD[1][p + kPart * h])));
             auto fail = [&](const int16_t* y, const typename CL::C* c) {
                 W fc[CL::kParts];
                 for (int h = 0; h < CL::kParts; ++h) fc[h] = CL::Gt(LoadW(c + kPart * h), epsC[h]);
@@ -432,27 +453,43 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
             };
             auto fails = [&](int d) {
                 const W fl = fail(&yR[d][p - 1], &cR[d][p - 1]), fr = fail(&yR[d][p], &cR[d][p]);
-                const W fu = fail(&yU[d][p], &cU[d][p]), fd = fail(&yD[d][p], &cD[d][p]);
+                const W fu = fail(yUp[d] + p, cUp[d] + p), fd = fail(&yD[d][p], &cD[d][p]);
                 return _mm_add_epi16(_mm_add_epi16(fl, fr), _mm_add_epi16(fu, fd));
             };
             StoreW(&eTmp[p], _mm_sub_epi16(fails(0), fails(1)));
         }
         T* __restrict eo = e + (i0 - 2);
         for (int32_t p = 1; p <= n; ++p) eo[p - 1] = static_cast<T>(eTmp[p]);
+        // The lower distances of the chunk's own positions only: the ones
+        // after them are still to be read as upper distances of this row.
+        if (cache)
+            for (int d = 0; d < 2; ++d) {
+                int16_t* yc = cache->y[d] + (i0 - 1);
+                typename CL::C* cc = cache->c[d] + (i0 - 1);
+                int32_t p = 1;
+                for (; p + 7 <= n; p += 8) {
+                    StoreW(yc + p, LoadW(&yD[d][p]));
+                    for (int h = 0; h < CL::kParts; ++h) StoreW(cc + p + kPart * h, LoadW(&cD[d][p + kPart * h]));
+                }
+                for (; p <= n; ++p) {
+                    yc[p] = yD[d][p];
+                    cc[p] = cD[d][p];
+                }
+            }
     }
 }
 
 // Judging with each row converted once, into the ring: row j + 1 is converted
 // as row j is judged (rows 1 and 2 before row 2, the first judged).
 template <class T>
-void JudgeRowRing(const AhdJob<T>& J, int32_t j, YccRing& ring) {
+void JudgeRowRing(const AhdJob<T>& J, int32_t j, YccRing& ring, UpperCache<T>& upper) {
     // Positions 1 .. w + 4; the reads of the judging stop at w + 11.
     if (j == 2)
         for (int32_t k = 1; k <= 2; ++k) ConvertRow(J, k, 1, J.w + 4, ring.Slot(k).From(1));
     ConvertRow(J, j + 1, 1, J.w + 4, ring.Slot(j + 1).From(1));
     JudgeRow(J, j, [&](int32_t i0, int32_t, YccLines* rows) {
         for (int q = 0; q < 3; ++q) rows[q] = ring.Slot(j - 1 + q).From(i0 - 1);
-    });
+    }, &upper);
 }
 
 // Judging of rows too wide for the ring: the three rows are converted chunk
@@ -581,12 +618,15 @@ void AhdRegion(const AhdJob<T>& J) {
     };
     if (J.w <= kRingWidth) {
         YccRing ring;
+        UpperCache<T> upper;
         // Entries past the converted ones are read as lanes whose results are
         // never used: they start as defined values.
         for (int s = 0; s < 3; ++s)
             for (int d = 0; d < 2; ++d)
                 for (int32_t i = 0; i < J.w + 12; ++i) ring.y[s][d][i] = ring.u[s][d][i] = ring.v[s][d][i] = 0;
-        run([&](int32_t j) { JudgeRowRing(J, j, ring); });
+        for (int d = 0; d < 2; ++d)
+            for (int32_t i = 0; i < J.w + 12; ++i) upper.y[d][i] = 0, upper.c[d][i] = 0;
+        run([&](int32_t j) { JudgeRowRing(J, j, ring, upper); });
     } else {
         run([&](int32_t j) { JudgeRowChunked(J, j); });
     }
