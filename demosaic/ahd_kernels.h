@@ -20,7 +20,7 @@
 // every value fits.
 #pragma once
 
-#include "ahd_lanes16.h"
+#include "ahd_lanes.h"
 #include "ahd_members.h"
 #include "cfa_simd.h"
 
@@ -142,9 +142,8 @@ void ReadRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     const int32_t hi = Max(lo - 1, Min(n - 1, mx + 1 - J.x));
     for (int32_t i = 0; i < Min(lo, n); ++i) folded(i);
     if (lo <= hi) {
-        int32_t from = lo;
-        if constexpr (sizeof(T) == 2)
-            from = lanes16::ReadInside(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, lo, hi, rt.gpar);
+        const int32_t from =
+            lanes::ReadInside<T>(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, lo, hi, rt.gpar);
         if (from <= hi) ReadInside(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, from, hi, rt.gpar);
     }
     for (int32_t i = hi + 1; i < n; ++i) folded(i);
@@ -180,9 +179,8 @@ void CompleteRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     //               neighbours (D sites of rows j -+ 1);
     //   C site:     C is the raw sample, D from the four diagonal D sites.
     const int32_t last = J.w + 4;  // positions 1 .. last
-    int32_t first = 1;
-    if constexpr (sizeof(T) == 2)
-        first = lanes16::Complete({gh, gv, ghu, gvu, ghd, gvd, rawU, rawD, cv, ch, dv, dh}, last, rt.gpar);
+    const int32_t first =
+        lanes::Complete<T>({gh, gv, ghu, gvu, ghd, gvd, rawU, rawD, cv, ch, dv, dh}, last, rt.gpar);
     for (int32_t i0 = first; i0 <= last; i0 += kChunk) {
         const int32_t n = Min(kChunk, last + 1 - i0);
         T oCh[kChunk], oCv[kChunk], oDh[kChunk], oDv[kChunk];
