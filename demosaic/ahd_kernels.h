@@ -371,6 +371,23 @@ struct YccRing {
     }
 };
 
+// Calls group(p) for runs p .. p + 7 that together cover entries 1 .. n, the
+// last run overlapping the one before it, or one(p) for each entry when n is
+// below 8. Both write the same values to an entry written twice.
+template <class Group, class One>
+inline void CoverByEights(int32_t n, Group group, One one) {
+    if (n < 8) {
+        for (int32_t p = 1; p <= n; ++p) one(p);
+        return;
+    }
+    for (int32_t p = 1; p + 7 < n; p += 8) group(p);
+    group(n - 7);
+}
+
+// Eight E values as samples.
+inline void StoreE(uint8_t* p, W v) { _mm_storel_epi64(reinterpret_cast<W*>(p), _mm_packs_epi16(v, v)); }
+inline void StoreE(uint16_t* p, W v) { StoreW(p, v); }
+
 // Distances of each position of the row judged last to its lower neighbour,
 // which are those of the next row to its upper neighbour: entry i is position
 // i, for rows of up to kRingWidth pixels.
@@ -457,22 +474,26 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt, UpperCache<T>* cache
             StoreW(&eTmp[p], _mm_sub_epi16(fails(0), fails(1)));
         }
         T* __restrict eo = e + (i0 - 2);
-        for (int32_t p = 1; p <= n; ++p) eo[p - 1] = static_cast<T>(eTmp[p]);
+        CoverByEights(
+            n, [&](int32_t p) { StoreE(eo + p - 1, LoadW(&eTmp[p])); },
+            [&](int32_t p) { eo[p - 1] = static_cast<T>(eTmp[p]); });
         // The lower distances of the chunk's own positions only: the ones
         // after them are still to be read as upper distances of this row.
         if (cache)
             for (int d = 0; d < 2; ++d) {
                 int16_t* yc = cache->y[d] + (i0 - 1);
                 typename CL::C* cc = cache->c[d] + (i0 - 1);
-                int32_t p = 1;
-                for (; p + 7 <= n; p += 8) {
-                    StoreW(yc + p, LoadW(&yD[d][p]));
-                    for (int h = 0; h < CL::kParts; ++h) StoreW(cc + p + kPart * h, LoadW(&cD[d][p + kPart * h]));
-                }
-                for (; p <= n; ++p) {
-                    yc[p] = yD[d][p];
-                    cc[p] = cD[d][p];
-                }
+                CoverByEights(
+                    n,
+                    [&](int32_t p) {
+                        StoreW(yc + p, LoadW(&yD[d][p]));
+                        for (int h = 0; h < CL::kParts; ++h)
+                            StoreW(cc + p + kPart * h, LoadW(&cD[d][p + kPart * h]));
+                    },
+                    [&](int32_t p) {
+                        yc[p] = yD[d][p];
+                        cc[p] = cD[d][p];
+                    });
             }
     }
 }
