@@ -600,18 +600,19 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
         using V = typename cfa::Lanes<T>::V;
         constexpr int32_t kGroup = 2 * cfa::Lanes<T>::kPairs;
         t = 0;
+        // The winner is picked on whole vectors, then split into even and
+        // odd columns as lanes twice the sample width.
+        using U = typename cfa::Lanes<T>::U;
+        constexpr typename cfa::Lanes<T>::E kLow = (1u << cfa::Lanes<T>::kBits) - 1;
         for (; t + kGroup <= n && k0 + t + kGroup < J.w; t += kGroup) {
             const int32_t k = k0 + t;
-            const cfa::Split<T> m = cfa::LoadSplit(pickH + t);
-            const V mE = V(m.even != 0), mO = V(m.odd != 0);
-            const cfa::Split<T> r0 = cfa::LoadSplit(rh + k), r1 = cfa::LoadSplit(rv + k);
-            const cfa::Split<T> g0 = cfa::LoadSplit(gh + k), g1 = cfa::LoadSplit(gv + k);
-            const cfa::Split<T> b0 = cfa::LoadSplit(bh + k), b1 = cfa::LoadSplit(bv + k);
-            const cfa::Rgb<V> pE{(r0.even & mE) | (r1.even & ~mE), (g0.even & mE) | (g1.even & ~mE),
-                                 (b0.even & mE) | (b1.even & ~mE)};
-            const cfa::Rgb<V> pO{(r0.odd & mO) | (r1.odd & ~mO), (g0.odd & mO) | (g1.odd & ~mO),
-                                 (b0.odd & mO) | (b1.odd & ~mO)};
-            cfa::StorePairs(o + 3 * t, pE, pO);
+            const W m = LoadW(pickH + t);
+            auto pick = [&](const T* h, const T* v) {
+                const U u = U(_mm_or_si128(_mm_and_si128(m, LoadW(h + k)), _mm_andnot_si128(m, LoadW(v + k))));
+                return cfa::Split<T>{V(u & kLow), V(u >> cfa::Lanes<T>::kBits)};
+            };
+            const cfa::Split<T> r = pick(rh, rv), g = pick(gh, gv), b = pick(bh, bv);
+            cfa::StorePairs(o + 3 * t, cfa::Rgb<V>{r.even, g.even, b.even}, cfa::Rgb<V>{r.odd, g.odd, b.odd});
         }
         for (; t < n; ++t) {
             const int32_t k = k0 + t;
