@@ -384,9 +384,14 @@ inline void CoverByEights(int32_t n, Group group, One one) {
     group(n - 7);
 }
 
-// Eight E values as samples.
+// Eight E values as signed bytes.
 inline void StoreE(uint8_t* p, W v) { _mm_storel_epi64(reinterpret_cast<W*>(p), _mm_packs_epi16(v, v)); }
-inline void StoreE(uint16_t* p, W v) { StoreW(p, v); }
+// The homogeneity line of a colour slot, whatever the depth, holds E (-4 .. 4)
+// as signed bytes from its start.
+template <class T>
+uint8_t* DiffBytes(const AhdJob<T>& J, int slot) {
+    return reinterpret_cast<uint8_t*>(J.Line(Diff(slot)));
+}
 
 // Distances of each position of the row judged last to its lower neighbour,
 // which are those of the next row to its upper neighbour: entry i is position
@@ -397,15 +402,15 @@ struct UpperCache {
     alignas(16) typename ChromaLanes<T>::C c[2][kRingLen];
 };
 
-// E of row j for positions 2 .. w + 3 (entry 0 is i = 2), stored as a small
-// signed value in the sample type. rowsAt(i0, n, rows) makes rows[0 .. 2] the
+// E of row j for positions 2 .. w + 3 (entry 0 is i = 2), stored as signed
+// bytes. rowsAt(i0, n, rows) makes rows[0 .. 2] the
 // luma-chroma of rows j - 1, j, j + 1 from position i0 - 1 on, entries 0 ..
 // n + 1 being converted and the ones after them up to n + 8 defined values.
 // With a cache, the upper distances of a row after the first (j = 2) are read
 // from it, and the lower ones are left in it.
 template <class T, class RowsAt>
 void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt, UpperCache<T>* cache = nullptr) {
-    T* __restrict e = J.Line(Diff(ColourSlot(j + 1)));
+    uint8_t* __restrict e = DiffBytes(J, ColourSlot(j + 1));
 
     // Per candidate: Y distance (offset by -32768) and chroma distance of
     // entry p to its right-hand neighbour (p = 0 .. n) and to its upper and
@@ -473,10 +478,10 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt, UpperCache<T>* cache
             };
             StoreW(&eTmp[p], _mm_sub_epi16(fails(0), fails(1)));
         }
-        T* __restrict eo = e + (i0 - 2);
+        uint8_t* __restrict eo = e + (i0 - 2);
         CoverByEights(
             n, [&](int32_t p) { StoreE(eo + p - 1, LoadW(&eTmp[p])); },
-            [&](int32_t p) { eo[p - 1] = static_cast<T>(eTmp[p]); });
+            [&](int32_t p) { eo[p - 1] = static_cast<uint8_t>(eTmp[p]); });
         // The lower distances of the chunk's own positions only: the ones
         // after them are still to be read as upper distances of this row.
         if (cache)
@@ -524,9 +529,6 @@ void JudgeRowChunked(const AhdJob<T>& J, int32_t j) {
     });
 }
 
-// Sixteen values of a homogeneity line as signed bytes.
-inline W LoadE(const uint8_t* p) { return LoadW(p); }
-inline W LoadE(const uint16_t* p) { return _mm_packs_epi16(LoadW(p), LoadW(p + 8)); }
 // Sixteen selection masks (all-ones or zero bytes) as masks of the sample type.
 inline void StorePick(uint8_t* p, W m) { StoreW(p, m); }
 inline void StorePick(uint16_t* p, W m) {
@@ -540,9 +542,9 @@ inline void StorePick(uint16_t* p, W m) {
 // the horizontal candidate, all three channels from it.
 template <class T>
 void SelectRow(const AhdJob<T>& J, int32_t j) {
-    const T* __restrict e0 = J.Line(Diff(ColourSlot(j)));      // E of row j - 1
-    const T* __restrict e1 = J.Line(Diff(ColourSlot(j + 1)));  // E of row j
-    const T* __restrict e2 = J.Line(Diff(ColourSlot(j + 2)));  // E of row j + 1
+    const uint8_t* __restrict e0 = DiffBytes(J, ColourSlot(j));      // E of row j - 1
+    const uint8_t* __restrict e1 = DiffBytes(J, ColourSlot(j + 1));  // E of row j
+    const uint8_t* __restrict e2 = DiffBytes(J, ColourSlot(j + 2));  // E of row j + 1
     const int cs = ColourSlot(j), gs = GreenSlot(j);
     const T* __restrict rh = J.Line(RedH(cs)) + 3;
     const T* __restrict rv = J.Line(RedV(cs)) + 3;
@@ -556,7 +558,6 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
     // Only the sign of the value kept from the left matters: it is carried as
     // +1 or -1.
     int32_t kept = 1;
-    // E is read as its signed low byte, which holds the whole value (-4 .. 4).
     auto colE = [&](int32_t k) { return int32_t(int8_t(e0[k])) + int32_t(int8_t(e1[k])) + int32_t(int8_t(e2[k])); };
     for (int32_t k0 = 0; k0 < J.w; k0 += kChunk) {
         const int32_t n = Min(kChunk, J.w - k0);
@@ -570,8 +571,8 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
             const int32_t k = k0 + t;
             W sum = _mm_setzero_si128();
             for (int c = 0; c < 3; ++c)
-                sum = _mm_add_epi8(sum, _mm_add_epi8(_mm_add_epi8(LoadE(e0 + k + c), LoadE(e1 + k + c)),
-                                                     LoadE(e2 + k + c)));
+                sum = _mm_add_epi8(sum, _mm_add_epi8(_mm_add_epi8(LoadW(e0 + k + c), LoadW(e1 + k + c)),
+                                                     LoadW(e2 + k + c)));
             const W zero = _mm_setzero_si128();
             W known = _mm_xor_si128(_mm_cmpeq_epi8(sum, zero), _mm_set1_epi8(-1));
             W pick = _mm_xor_si128(_mm_cmpgt_epi8(zero, sum), _mm_set1_epi8(-1));
