@@ -16,8 +16,8 @@
 //   select r-3   3x3 sum of E, tie carried along the row, copy of the winner.
 //
 // All values are those of signed 32-bit arithmetic, where >> is arithmetic and
-// floors; the judging and selecting stages form them in narrower lanes wherever
-// every value fits.
+// floors; every stage forms them in narrower lanes wherever every value fits
+// (reading and completing in lanes of the sample width, see ahd_lanes.h).
 #pragma once
 
 #include "ahd_lanes.h"
