@@ -16,10 +16,11 @@
 //   select r-3   3x3 sum of E, tie carried along the row, copy of the winner.
 //
 // All values are those of signed 32-bit arithmetic, where >> is arithmetic and
-// floors; the judging and selecting stages form them in narrower lanes wherever
-// every value fits.
+// floors; every stage forms them in narrower lanes wherever every value fits
+// (reading and completing in lanes of the sample width, see ahd_lanes.h).
 #pragma once
 
+#include "ahd_lanes.h"
 #include "ahd_members.h"
 #include "cfa_simd.h"
 
@@ -140,7 +141,11 @@ void ReadRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     const int32_t lo = Max(0, 5 - J.x);
     const int32_t hi = Max(lo - 1, Min(n - 1, mx + 1 - J.x));
     for (int32_t i = 0; i < Min(lo, n); ++i) folded(i);
-    if (lo <= hi) ReadInside(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, lo, hi, rt.gpar);
+    if (lo <= hi) {
+        const int32_t from =
+            lanes::ReadInside<T>(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, lo, hi, rt.gpar);
+        if (from <= hi) ReadInside(s0 + c0, su1 + c0, sd1 + c0, su2 + c0, sd2 + c0, raw, gh, gv, from, hi, rt.gpar);
+    }
     for (int32_t i = hi + 1; i < n; ++i) folded(i);
 }
 
@@ -174,7 +179,9 @@ void CompleteRow(const AhdJob<T>& J, int32_t j, RowType rt) {
     //               neighbours (D sites of rows j -+ 1);
     //   C site:     C is the raw sample, D from the four diagonal D sites.
     const int32_t last = J.w + 4;  // positions 1 .. last
-    for (int32_t i0 = 1; i0 <= last; i0 += kChunk) {
+    const int32_t first =
+        lanes::Complete<T>({gh, gv, ghu, gvu, ghd, gvd, rawU, rawD, cv, ch, dv, dh}, last, rt.gpar);
+    for (int32_t i0 = first; i0 <= last; i0 += kChunk) {
         const int32_t n = Min(kChunk, last + 1 - i0);
         T oCh[kChunk], oCv[kChunk], oDh[kChunk], oDv[kChunk];
         for (int32_t t = 0; t < n; ++t) {
@@ -364,13 +371,46 @@ struct YccRing {
     }
 };
 
-// E of row j for positions 2 .. w + 3 (entry 0 is i = 2), stored as a small
-// signed value in the sample type. rowsAt(i0, n, rows) makes rows[0 .. 2] the
+// Calls group(p) for runs p .. p + 7 that together cover entries 1 .. n, the
+// last run overlapping the one before it, or one(p) for each entry when n is
+// below 8. Both write the same values to an entry written twice.
+template <class Group, class One>
+inline void CoverByEights(int32_t n, Group group, One one) {
+    if (n < 8) {
+        for (int32_t p = 1; p <= n; ++p) one(p);
+        return;
+    }
+    for (int32_t p = 1; p + 7 < n; p += 8) group(p);
+    group(n - 7);
+}
+
+// Eight E values as signed bytes.
+inline void StoreE(uint8_t* p, W v) { _mm_storel_epi64(reinterpret_cast<W*>(p), _mm_packs_epi16(v, v)); }
+// The homogeneity line of a colour slot, whatever the depth, holds E (-4 .. 4)
+// as signed bytes from its start.
+template <class T>
+uint8_t* DiffBytes(const AhdJob<T>& J, int slot) {
+    return reinterpret_cast<uint8_t*>(J.Line(Diff(slot)));
+}
+
+// Distances of each position of the row judged last to its lower neighbour,
+// which are those of the next row to its upper neighbour: entry i is position
+// i, for rows of up to kRingWidth pixels.
+template <class T>
+struct UpperCache {
+    alignas(16) int16_t y[2][kRingLen];
+    alignas(16) typename ChromaLanes<T>::C c[2][kRingLen];
+};
+
+// E of row j for positions 2 .. w + 3 (entry 0 is i = 2), stored as signed
+// bytes. rowsAt(i0, n, rows) makes rows[0 .. 2] the
 // luma-chroma of rows j - 1, j, j + 1 from position i0 - 1 on, entries 0 ..
 // n + 1 being converted and the ones after them up to n + 8 defined values.
+// With a cache, the upper distances of a row after the first (j = 2) are read
+// from it, and the lower ones are left in it.
 template <class T, class RowsAt>
-void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
-    T* __restrict e = J.Line(Diff(ColourSlot(j + 1)));
+void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt, UpperCache<T>* cache = nullptr) {
+    uint8_t* __restrict e = DiffBytes(J, ColourSlot(j + 1));
 
     // Per candidate: Y distance (offset by -32768) and chroma distance of
     // entry p to its right-hand neighbour (p = 0 .. n) and to its upper and
@@ -389,6 +429,14 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
         YccLines rows[3];
         rowsAt(i0, n, rows);
         const YccLines &up = rows[0], &mid = rows[1], &down = rows[2];
+        const bool cached = cache && j > 2;
+        const int16_t* yUp[2] = {yU[0], yU[1]};
+        const typename CL::C* cUp[2] = {cU[0], cU[1]};
+        if (cached)
+            for (int d = 0; d < 2; ++d) {
+                yUp[d] = cache->y[d] + (i0 - 1);
+                cUp[d] = cache->c[d] + (i0 - 1);
+            }
         for (int d = 0; d < 2; ++d) {
             for (int32_t p = 0; p <= n; p += 8) {
                 const W y0 = LoadW(mid.y[d] + p), y1 = LoadW(mid.y[d] + p + 1);
@@ -398,9 +446,11 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
             }
             for (int32_t p = 1; p <= n; p += 8) {
                 const W yc = LoadW(mid.y[d] + p), uc = LoadW(mid.u[d] + p), vc = LoadW(mid.v[d] + p);
-                StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(up.y[d] + p), yc), off));
+                if (!cached) {
+                    StoreW(&yU[d][p], _mm_xor_si128(AbsDiffW(LoadW(up.y[d] + p), yc), off));
+                    StoreChromaDist<T>(LoadW(up.u[d] + p), uc, LoadW(up.v[d] + p), vc, &cU[d][p]);
+                }
                 StoreW(&yD[d][p], _mm_xor_si128(AbsDiffW(LoadW(down.y[d] + p), yc), off));
-                StoreChromaDist<T>(LoadW(up.u[d] + p), uc, LoadW(up.v[d] + p), vc, &cU[d][p]);
                 StoreChromaDist<T>(LoadW(down.u[d] + p), uc, LoadW(down.v[d] + p), vc, &cD[d][p]);
             }
         }
@@ -411,11 +461,11 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
         for (int32_t p = 1; p <= n; p += 8) {
             // Thresholds from each candidate's own direction: H along the row, V along the column.
             const W epsY = _mm_min_epi16(_mm_max_epi16(LoadW(&yR[0][p - 1]), LoadW(&yR[0][p])),
-                                         _mm_max_epi16(LoadW(&yU[1][p]), LoadW(&yD[1][p])));
+                                         _mm_max_epi16(LoadW(yUp[1] + p), LoadW(&yD[1][p])));
             W epsC[CL::kParts];
             for (int h = 0; h < CL::kParts; ++h)
                 epsC[h] = CL::Min(CL::Max(LoadW(&cR[0][p - 1 + kPart * h]), LoadW(&cR[0][p + kPart * h])),
-                                  CL::Max(LoadW(&cU[1][p + kPart * h]), LoadW(&cD[1][p + kPart * h])));
+                                  CL::Max(LoadW(cUp[1] + p + kPart * h), LoadW(&cD[1][p + kPart * h])));
             auto fail = [&](const int16_t* y, const typename CL::C* c) {
                 W fc[CL::kParts];
                 for (int h = 0; h < CL::kParts; ++h) fc[h] = CL::Gt(LoadW(c + kPart * h), epsC[h]);
@@ -423,27 +473,47 @@ void JudgeRow(const AhdJob<T>& J, int32_t j, RowsAt rowsAt) {
             };
             auto fails = [&](int d) {
                 const W fl = fail(&yR[d][p - 1], &cR[d][p - 1]), fr = fail(&yR[d][p], &cR[d][p]);
-                const W fu = fail(&yU[d][p], &cU[d][p]), fd = fail(&yD[d][p], &cD[d][p]);
+                const W fu = fail(yUp[d] + p, cUp[d] + p), fd = fail(&yD[d][p], &cD[d][p]);
                 return _mm_add_epi16(_mm_add_epi16(fl, fr), _mm_add_epi16(fu, fd));
             };
             StoreW(&eTmp[p], _mm_sub_epi16(fails(0), fails(1)));
         }
-        T* __restrict eo = e + (i0 - 2);
-        for (int32_t p = 1; p <= n; ++p) eo[p - 1] = static_cast<T>(eTmp[p]);
+        uint8_t* __restrict eo = e + (i0 - 2);
+        CoverByEights(
+            n, [&](int32_t p) { StoreE(eo + p - 1, LoadW(&eTmp[p])); },
+            [&](int32_t p) { eo[p - 1] = static_cast<uint8_t>(eTmp[p]); });
+        // The lower distances of the chunk's own positions only: the ones
+        // after them are still to be read as upper distances of this row.
+        if (cache)
+            for (int d = 0; d < 2; ++d) {
+                int16_t* yc = cache->y[d] + (i0 - 1);
+                typename CL::C* cc = cache->c[d] + (i0 - 1);
+                CoverByEights(
+                    n,
+                    [&](int32_t p) {
+                        StoreW(yc + p, LoadW(&yD[d][p]));
+                        for (int h = 0; h < CL::kParts; ++h)
+                            StoreW(cc + p + kPart * h, LoadW(&cD[d][p + kPart * h]));
+                    },
+                    [&](int32_t p) {
+                        yc[p] = yD[d][p];
+                        cc[p] = cD[d][p];
+                    });
+            }
     }
 }
 
 // Judging with each row converted once, into the ring: row j + 1 is converted
 // as row j is judged (rows 1 and 2 before row 2, the first judged).
 template <class T>
-void JudgeRowRing(const AhdJob<T>& J, int32_t j, YccRing& ring) {
+void JudgeRowRing(const AhdJob<T>& J, int32_t j, YccRing& ring, UpperCache<T>& upper) {
     // Positions 1 .. w + 4; the reads of the judging stop at w + 11.
     if (j == 2)
         for (int32_t k = 1; k <= 2; ++k) ConvertRow(J, k, 1, J.w + 4, ring.Slot(k).From(1));
     ConvertRow(J, j + 1, 1, J.w + 4, ring.Slot(j + 1).From(1));
     JudgeRow(J, j, [&](int32_t i0, int32_t, YccLines* rows) {
         for (int q = 0; q < 3; ++q) rows[q] = ring.Slot(j - 1 + q).From(i0 - 1);
-    });
+    }, &upper);
 }
 
 // Judging of rows too wide for the ring: the three rows are converted chunk
@@ -459,9 +529,6 @@ void JudgeRowChunked(const AhdJob<T>& J, int32_t j) {
     });
 }
 
-// Sixteen values of a homogeneity line as signed bytes.
-inline W LoadE(const uint8_t* p) { return LoadW(p); }
-inline W LoadE(const uint16_t* p) { return _mm_packs_epi16(LoadW(p), LoadW(p + 8)); }
 // Sixteen selection masks (all-ones or zero bytes) as masks of the sample type.
 inline void StorePick(uint8_t* p, W m) { StoreW(p, m); }
 inline void StorePick(uint16_t* p, W m) {
@@ -475,9 +542,9 @@ inline void StorePick(uint16_t* p, W m) {
 // the horizontal candidate, all three channels from it.
 template <class T>
 void SelectRow(const AhdJob<T>& J, int32_t j) {
-    const T* __restrict e0 = J.Line(Diff(ColourSlot(j)));      // E of row j - 1
-    const T* __restrict e1 = J.Line(Diff(ColourSlot(j + 1)));  // E of row j
-    const T* __restrict e2 = J.Line(Diff(ColourSlot(j + 2)));  // E of row j + 1
+    const uint8_t* __restrict e0 = DiffBytes(J, ColourSlot(j));      // E of row j - 1
+    const uint8_t* __restrict e1 = DiffBytes(J, ColourSlot(j + 1));  // E of row j
+    const uint8_t* __restrict e2 = DiffBytes(J, ColourSlot(j + 2));  // E of row j + 1
     const int cs = ColourSlot(j), gs = GreenSlot(j);
     const T* __restrict rh = J.Line(RedH(cs)) + 3;
     const T* __restrict rv = J.Line(RedV(cs)) + 3;
@@ -491,7 +558,6 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
     // Only the sign of the value kept from the left matters: it is carried as
     // +1 or -1.
     int32_t kept = 1;
-    // E is read as its signed low byte, which holds the whole value (-4 .. 4).
     auto colE = [&](int32_t k) { return int32_t(int8_t(e0[k])) + int32_t(int8_t(e1[k])) + int32_t(int8_t(e2[k])); };
     for (int32_t k0 = 0; k0 < J.w; k0 += kChunk) {
         const int32_t n = Min(kChunk, J.w - k0);
@@ -505,8 +571,8 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
             const int32_t k = k0 + t;
             W sum = _mm_setzero_si128();
             for (int c = 0; c < 3; ++c)
-                sum = _mm_add_epi8(sum, _mm_add_epi8(_mm_add_epi8(LoadE(e0 + k + c), LoadE(e1 + k + c)),
-                                                     LoadE(e2 + k + c)));
+                sum = _mm_add_epi8(sum, _mm_add_epi8(_mm_add_epi8(LoadW(e0 + k + c), LoadW(e1 + k + c)),
+                                                     LoadW(e2 + k + c)));
             const W zero = _mm_setzero_si128();
             W known = _mm_xor_si128(_mm_cmpeq_epi8(sum, zero), _mm_set1_epi8(-1));
             W pick = _mm_xor_si128(_mm_cmpgt_epi8(zero, sum), _mm_set1_epi8(-1));
@@ -535,18 +601,19 @@ void SelectRow(const AhdJob<T>& J, int32_t j) {
         using V = typename cfa::Lanes<T>::V;
         constexpr int32_t kGroup = 2 * cfa::Lanes<T>::kPairs;
         t = 0;
+        // The winner is picked on whole vectors, then split into even and
+        // odd columns as lanes twice the sample width.
+        using U = typename cfa::Lanes<T>::U;
+        constexpr typename cfa::Lanes<T>::E kLow = (1u << cfa::Lanes<T>::kBits) - 1;
         for (; t + kGroup <= n && k0 + t + kGroup < J.w; t += kGroup) {
             const int32_t k = k0 + t;
-            const cfa::Split<T> m = cfa::LoadSplit(pickH + t);
-            const V mE = V(m.even != 0), mO = V(m.odd != 0);
-            const cfa::Split<T> r0 = cfa::LoadSplit(rh + k), r1 = cfa::LoadSplit(rv + k);
-            const cfa::Split<T> g0 = cfa::LoadSplit(gh + k), g1 = cfa::LoadSplit(gv + k);
-            const cfa::Split<T> b0 = cfa::LoadSplit(bh + k), b1 = cfa::LoadSplit(bv + k);
-            const cfa::Rgb<V> pE{(r0.even & mE) | (r1.even & ~mE), (g0.even & mE) | (g1.even & ~mE),
-                                 (b0.even & mE) | (b1.even & ~mE)};
-            const cfa::Rgb<V> pO{(r0.odd & mO) | (r1.odd & ~mO), (g0.odd & mO) | (g1.odd & ~mO),
-                                 (b0.odd & mO) | (b1.odd & ~mO)};
-            cfa::StorePairs(o + 3 * t, pE, pO);
+            const W m = LoadW(pickH + t);
+            auto pick = [&](const T* h, const T* v) {
+                const U u = U(_mm_or_si128(_mm_and_si128(m, LoadW(h + k)), _mm_andnot_si128(m, LoadW(v + k))));
+                return cfa::Split<T>{V(u & kLow), V(u >> cfa::Lanes<T>::kBits)};
+            };
+            const cfa::Split<T> r = pick(rh, rv), g = pick(gh, gv), b = pick(bh, bv);
+            cfa::StorePairs(o + 3 * t, cfa::Rgb<V>{r.even, g.even, b.even}, cfa::Rgb<V>{r.odd, g.odd, b.odd});
         }
         for (; t < n; ++t) {
             const int32_t k = k0 + t;
@@ -572,12 +639,15 @@ void AhdRegion(const AhdJob<T>& J) {
     };
     if (J.w <= kRingWidth) {
         YccRing ring;
+        UpperCache<T> upper;
         // Entries past the converted ones are read as lanes whose results are
         // never used: they start as defined values.
         for (int s = 0; s < 3; ++s)
             for (int d = 0; d < 2; ++d)
                 for (int32_t i = 0; i < J.w + 12; ++i) ring.y[s][d][i] = ring.u[s][d][i] = ring.v[s][d][i] = 0;
-        run([&](int32_t j) { JudgeRowRing(J, j, ring); });
+        for (int d = 0; d < 2; ++d)
+            for (int32_t i = 0; i < J.w + 12; ++i) upper.y[d][i] = 0, upper.c[d][i] = 0;
+        run([&](int32_t j) { JudgeRowRing(J, j, ring, upper); });
     } else {
         run([&](int32_t j) { JudgeRowChunked(J, j); });
     }
