@@ -4,6 +4,7 @@
 // interleaved and planar images.
 #pragma once
 
+#include "px4.h"
 #include "yuv_members.h"
 
 namespace zil::yuv {
@@ -535,6 +536,19 @@ inline void YuvToRgbPixel(const InvCoeffs& K, int32_t Y, int32_t U, int32_t V, c
     *b = static_cast<uint8_t>(Clamp255((yy + K.d * u + rr.b) >> 16));
 }
 
+// Sixteen three-byte Y, U, V pixels a step to three-byte pixels, while the
+// row holds the loads' and stores' reach; returns the first pixel left. Y's
+// weight is exactly 2^16, so each channel is Y plus the split chroma terms.
+template <const InvMember& M>
+inline int Interleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
+    const auto four = [](__m128i yv, __m128i ux, __m128i* c) {
+        c[0] = px4::InvChannel4<0, 0, M.k.a, M.pix.r>(yv, ux);
+        c[1] = px4::InvChannel4<0, -M.k.b, -M.k.c, M.pix.g>(yv, ux);
+        c[2] = px4::InvChannel4<0, M.k.d, 0, M.pix.b>(yv, ux);
+    };
+    return px4::Walk16x3(s, d, order, w, four, [](__m128i a, __m128i b) { return _mm_packs_epi32(a, b); });
+}
+
 // Full resolution. s: Y, U, V (stride SP); d: R, G, B (stride DP), d[3] alpha.
 template <int SP, int DP, const InvMember& M, Alpha A>
 void YuvToRgbRow(const Rows& rw, int w, uint8_t alpha) {
@@ -546,6 +560,11 @@ void YuvToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     uint8_t* __restrict b = rw.d[2];
     uint8_t* __restrict a = rw.d[3];
     int i = 0;
+    if constexpr (SP == 3 && DP == 3)
+        if (u == y + 1 && v == y + 2) {
+            px4::Place<uint8_t*> dp;
+            if (px4::Locate<3>(r, g, b, &dp)) i = Interleaved16<M>(y, dp.base[0], dp.order, w);
+        }
     for (; i + kChunk <= w; i += kChunk)
         Chunk3<SP, DP, InvOp<M>, A == Alpha::Value>(y + i * SP, u + i * SP, v + i * SP, r + i * DP, g + i * DP, b + i * DP,
                                     A == Alpha::Value ? a + i * DP : a, alpha);
