@@ -1,9 +1,11 @@
 // Groups of four 8-bit pixels in 128-bit registers (baseline SSE2): loading
 // interleaved or planar channels as 32-bit lanes, splitting a lane into its
 // channel bytes and pairing them for 16 x 16-bit multiply-adds, and storing
-// the lanes back as three-byte pixels. The arithmetic built on these is the
-// exact integer formula of each kernel: a multiply-add of 16-bit pairs forms
-// the same 32-bit sum as the scalar code.
+// the lanes back as three-byte pixels; and the sixteen-pixel walk of rows
+// of three-byte pixels (gather, per-channel multiply-adds, clamping store)
+// that the YCbCr, YUV and XYZ rows share. The arithmetic built on these is
+// the exact integer formula of each kernel: a multiply-add of 16-bit pairs
+// forms the same 32-bit sum as the scalar code.
 #pragma once
 
 #include <emmintrin.h>
