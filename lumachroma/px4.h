@@ -1,12 +1,17 @@
 // Groups of four 8-bit pixels in 128-bit registers (baseline SSE2): loading
 // interleaved or planar channels as 32-bit lanes, splitting a lane into its
 // channel bytes and pairing them for 16 x 16-bit multiply-adds, and storing
-// the lanes back as three-byte pixels. The arithmetic built on these is the
-// exact integer formula of each kernel: a multiply-add of 16-bit pairs forms
-// the same 32-bit sum as the scalar code.
+// the lanes back as three-byte pixels; and the sixteen-pixel walk of rows
+// of three-byte pixels (gather, per-channel multiply-adds, clamping store)
+// that the YCbCr, YUV and XYZ rows share. The arithmetic built on these is
+// the exact integer formula of each kernel: a multiply-add of 16-bit pairs
+// forms the same 32-bit sum as the scalar code.
 #pragma once
 
 #include <emmintrin.h>
+#ifdef __SSSE3__
+#include <tmmintrin.h>
+#endif
 
 #include "zil_common.h"
 
@@ -155,6 +160,157 @@ inline int Blocks(const Place<const uint8_t*>& s, const Place<uint8_t*>& d, int 
                 _mm_storeu_si128(reinterpret_cast<__m128i*>(d.base[c] + i), _mm_packus_epi16(half[c][0], half[c][1]));
     }
     return i;
+}
+
+#ifdef __SSSE3__
+// Byte shuffles for three-byte pixels: mask[r][c] takes channel c's bytes of
+// sixteen pixels to their places in the r-th 16 bytes of the pixels (-128
+// leaves a zero); gather[0] the bytes 0 | 2 << 16 of four pixels' 12 bytes
+// into their 32-bit lanes, gather[1] byte 1, and compact the low three bytes
+// of four 32-bit lanes to 12 bytes.
+struct Shuffles3 {
+    int8_t mask[3][3][16];
+    int8_t gather[2][16];
+    int8_t compact[16];
+};
+constexpr Shuffles3 MakeShuffles3() {
+    Shuffles3 t{};
+    for (int j = 0; j < 48; ++j)
+        for (int c = 0; c < 3; ++c) t.mask[j / 16][c][j % 16] = int8_t(j % 3 == c ? j / 3 : -128);
+    for (int b = 0; b < 16; ++b) {
+        const int px = b / 4, k = b % 4;
+        t.gather[0][b] = int8_t(k == 0 ? 3 * px : k == 2 ? 3 * px + 2 : -128);
+        t.gather[1][b] = int8_t(k == 0 ? 3 * px + 1 : -128);
+        t.compact[b] = int8_t(b < 12 ? b / 3 * 4 + b % 3 : -128);
+    }
+    return t;
+}
+inline constexpr Shuffles3 kShuffles3 = MakeShuffles3();
+inline __m128i Shuffle3(const int8_t* m) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(m)); }
+#endif
+
+// Sixteen pixels from the 16-bit results of pixels 0-7 (lo) and 8-15 (hi),
+// clamped to 0..255 by the pack, to DP (3 or 4, then with the alpha bytes a) bytes a
+// pixel at p; order 1 writes the channels reversed. A DP 3 store may write two
+// bytes of junk past the 48 (see Store3).
+template <int DP>
+inline void StoreRgb16(uint8_t* p, int order, const __m128i* lo, const __m128i* hi, __m128i a) {
+    const __m128i c0 = _mm_packus_epi16(lo[order ? 2 : 0], hi[order ? 2 : 0]);
+    const __m128i c1 = _mm_packus_epi16(lo[1], hi[1]);
+    const __m128i c2 = _mm_packus_epi16(lo[order ? 0 : 2], hi[order ? 0 : 2]);
+#ifdef __SSSE3__
+    if constexpr (DP == 3) {
+        for (int r = 0; r < 3; ++r) {
+            const __m128i v = _mm_or_si128(_mm_or_si128(_mm_shuffle_epi8(c0, Shuffle3(kShuffles3.mask[r][0])),
+                                                        _mm_shuffle_epi8(c1, Shuffle3(kShuffles3.mask[r][1]))),
+                                           _mm_shuffle_epi8(c2, Shuffle3(kShuffles3.mask[r][2])));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 16 * r), v);
+        }
+        return;
+    }
+#endif
+    const __m128i p01l = _mm_unpacklo_epi8(c0, c1), p01h = _mm_unpackhi_epi8(c0, c1);
+    const __m128i p23l = _mm_unpacklo_epi8(c2, a), p23h = _mm_unpackhi_epi8(c2, a);
+    const __m128i w[4] = {_mm_unpacklo_epi16(p01l, p23l), _mm_unpackhi_epi16(p01l, p23l),
+                          _mm_unpacklo_epi16(p01h, p23h), _mm_unpackhi_epi16(p01h, p23h)};
+    for (int q = 0; q < 4; ++q) {
+        if constexpr (DP == 3) Store3(p + 12 * q, w[q]);
+        else _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 16 * q), w[q]);
+    }
+}
+
+// Four 32-bit lanes' low three bytes to 12 bytes at p, in increasing order
+// along a row: up to four bytes past the 12 get junk that the row's next
+// pixels overwrite.
+inline void StoreWords3(uint8_t* p, __m128i w) {
+#ifdef __SSSE3__
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_shuffle_epi8(w, Shuffle3(kShuffles3.compact)));
+#else
+    Store3(p, w);
+#endif
+}
+
+// Sixteen three-byte pixels at p as four registers, pixel 4k + j in lane j of
+// q[k], its bytes from the lane's low byte (the top byte, the next pixel's
+// first, is junk to the callers). A 16-byte load at pixel k holds pixel k in
+// its first lane and pixel k + 4 in its last, so four such loads and four
+// two-register lane shuffles give eight pixels. Reads 49 bytes.
+inline void Load16x3(const uint8_t* p, __m128i* q) {
+    for (int h = 0; h < 2; ++h) {
+        __m128 l[4];
+        for (int k = 0; k < 4; ++k) l[k] = _mm_loadu_ps(reinterpret_cast<const float*>(p + 3 * (8 * h + k)));
+        const __m128 a = _mm_shuffle_ps(l[0], l[1], _MM_SHUFFLE(3, 0, 3, 0));  // pixels 0 4 1 5
+        const __m128 b = _mm_shuffle_ps(l[2], l[3], _MM_SHUFFLE(3, 0, 3, 0));  // pixels 2 6 3 7
+        q[2 * h] = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)));
+        q[2 * h + 1] = _mm_castps_si128(_mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
+    }
+}
+
+// Sixteen three-byte pixels at p as four quartets of 16-bit pairs: c02[k]
+// holds byte0 | byte2 << 16 of pixels 4k..4k+3, c1x[k] byte1 | x << 16, x
+// junk (0, or the next pixel's first byte). Reads at most 52 bytes.
+inline void Pairs16x3(const uint8_t* p, __m128i* c02, __m128i* c1x) {
+#ifdef __SSSE3__
+    const __m128i m02 = Shuffle3(kShuffles3.gather[0]), m1 = Shuffle3(kShuffles3.gather[1]);
+    for (int k = 0; k < 4; ++k) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 12 * k));
+        c02[k] = _mm_shuffle_epi8(v, m02), c1x[k] = _mm_shuffle_epi8(v, m1);
+    }
+#else
+    __m128i px[4];
+    Load16x3(p, px);
+    for (int k = 0; k < 4; ++k) c02[k] = _mm_and_si128(px[k], _mm_set1_epi32(0x00FF00FF)), c1x[k] = _mm_srli_epi16(px[k], 8);
+#endif
+}
+
+// Sixteen three-byte pixels a step to three-byte pixels through 16-bit lanes,
+// while the row holds the loads' and stores' reach; returns the first pixel
+// left. Each four pixels come as the 16-bit lanes byte0 | byte2 << 16 and
+// byte1 | x << 16 (x, the next pixel's first byte); Four forms their three
+// 32-bit sums and Narrow packs two such quartets to the 16-bit lanes
+// StoreRgb16 clamps and writes.
+template <class Four, class Narrow>
+inline int Walk16x3(const uint8_t* s, uint8_t* d, int order, int w, Four four, Narrow narrow) {
+    int i = 0;
+    for (; i + kBlockReach<3, 3> <= w; i += 16) {
+        __m128i c02[4], c1x[4], out[2][3];
+        Pairs16x3(s + i * 3, c02, c1x);
+        for (int h = 0; h < 2; ++h) {
+            __m128i sum[2][3];
+            for (int q = 0; q < 2; ++q) four(c02[2 * h + q], c1x[2 * h + q], sum[q]);
+            for (int c = 0; c < 3; ++c) out[h][c] = narrow(sum[0][c], sum[1][c]);
+        }
+        StoreRgb16<3>(d + i * 3, order, out[0], out[1], _mm_setzero_si128());
+    }
+    return i;
+}
+
+// A weight w as wH 2^16 + wL with wL in the int16 range.
+constexpr int32_t HiW(int32_t w) { return (w + 32768) >> 16; }
+constexpr int32_t LoW(int32_t w) { return w - HiW(w) * 65536; }
+
+// (K Y + WU (Cb - 128) + WV (Cr - 128) + O) >> 16 on four pixels, K = 2^16 +
+// KL, from the lanes Y | Cr << 16 and Cb | x << 16 (x, the next pixel's byte,
+// meets a zero weight). With each weight split as above and the chroma offset
+// folded into the constant (weights on the bytes Cb, Cr as they are), the sum
+// is 2^16 (Y + wH_u Cb + wH_v Cr) plus the low sum KL Y + wL_u Cb + wL_v Cr +
+// O - 128 (WU + WV), which multiply-adds of 16-bit pairs form exactly in
+// 32-bit lanes; its shift by 16 is added to the high part. Without a weight
+// on Cr but with one on Y beside Cb's, the pair Y | Cb << 16 takes both in
+// one multiply-add.
+template <int32_t KL, int32_t WU, int32_t WV, int32_t O>
+inline __m128i InvChannel4(__m128i ycr, __m128i cbx) {
+    if constexpr (WV == 0 && KL != 0) {
+        const __m128i ycb = _mm_or_si128(_mm_and_si128(ycr, _mm_set1_epi32(0xFFFF)), _mm_slli_epi32(cbx, 16));
+        const __m128i lo = _mm_add_epi32(_mm_madd_epi16(ycb, Coeffs(KL, LoW(WU))), _mm_set1_epi32(O - 128 * WU));
+        return _mm_add_epi32(_mm_srai_epi32(lo, 16), _mm_madd_epi16(ycb, Coeffs(1, HiW(WU))));
+    }
+    __m128i lo = _mm_set1_epi32(O - 128 * (WU + WV));
+    if constexpr (KL != 0 || LoW(WV) != 0) lo = _mm_add_epi32(_mm_madd_epi16(ycr, Coeffs(KL, LoW(WV))), lo);
+    if constexpr (LoW(WU) != 0) lo = _mm_add_epi32(lo, _mm_madd_epi16(cbx, Coeffs(LoW(WU), 0)));
+    __m128i r = _mm_add_epi32(_mm_srai_epi32(lo, 16), _mm_madd_epi16(ycr, Coeffs(1, HiW(WV))));
+    if constexpr (HiW(WU) != 0) r = _mm_add_epi32(r, _mm_madd_epi16(cbx, Coeffs(HiW(WU), 0)));
+    return r;
 }
 
 }  // namespace zil::px4

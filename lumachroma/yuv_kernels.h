@@ -4,6 +4,7 @@
 // interleaved and planar images.
 #pragma once
 
+#include "px4.h"
 #include "yuv_members.h"
 
 namespace zil::yuv {
@@ -426,6 +427,30 @@ inline void Yuv422ToRgbChunk(const uint8_t* y, const uint8_t* u, const uint8_t* 
 
 namespace zil::yuv {
 
+// Sixteen three-byte R, G, B pixels a step to three-byte Y, U, V (order 1:
+// V, U, Y), while the row holds the loads' and stores' reach; returns the
+// first pixel left. Per four pixels the lanes R | B << 16 and G | x << 16
+// give S (G's weight, above the int16 range, as twice its half); B << 16 and
+// R << 16 are those lanes masked and shifted, so du and dv are the 32-bit
+// formulas, and their 16-bit products with the chroma scales (V's as 2^16
+// minus 8061) are multiply-adds against a zero high weight. U stays inside
+// 16..239, so the store's clamp only acts on V.
+template <const FwdMember& M>
+inline int RgbToYuvInterleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
+    static_assert(kYG % 2 == 0 && kYG / 2 < 32768 && kUB < 32768, "16-bit weights");
+    const auto four = [](__m128i rb, __m128i gx, __m128i* c) {
+        const __m128i g = _mm_madd_epi16(gx, px4::Coeffs(kYG / 2, 0));
+        const __m128i S = _mm_add_epi32(_mm_madd_epi16(rb, px4::Coeffs(kYR, kYB)), _mm_add_epi32(g, g));
+        const __m128i Sc = _mm_sub_epi32(S, _mm_set1_epi32(M.cPixel)), mid = _mm_set1_epi32(128);
+        const __m128i du = _mm_srai_epi32(_mm_sub_epi32(_mm_and_si128(rb, _mm_set1_epi32(int32_t(0xFFFF0000u))), Sc), 16);
+        const __m128i dv = _mm_srai_epi32(_mm_sub_epi32(_mm_slli_epi32(rb, 16), Sc), 16);
+        c[0] = _mm_srai_epi32(_mm_add_epi32(S, _mm_set1_epi32(M.yRound)), 16);
+        c[1] = _mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(du, px4::Coeffs(kUB, 0)), 16), mid);
+        c[2] = _mm_add_epi32(_mm_add_epi32(_mm_srai_epi32(_mm_madd_epi16(dv, px4::Coeffs(kVR - 65536, 0)), 16), dv), mid);
+    };
+    return px4::Walk16x3(s, d, order, w, four, [](__m128i a, __m128i b) { return _mm_packs_epi32(a, b); });
+}
+
 // Full resolution. s: R, G, B (stride SP), s[3] alpha source when copied;
 // d: Y, U, V (stride DP), d[3] the alpha plane when CopyAlpha.
 template <int SP, int DP, const FwdMember& M, bool CopyAlpha>
@@ -437,6 +462,11 @@ void RgbToYuvRow(const Rows& rw, int w, uint8_t) {
     uint8_t* __restrict u = rw.d[1];
     uint8_t* __restrict v = rw.d[2];
     int i = 0;
+    if constexpr (SP == 3 && DP == 3)
+        if (g == r + 1 && b == r + 2) {
+            px4::Place<uint8_t*> dp;
+            if (px4::Locate<3>(y, u, v, &dp)) i = RgbToYuvInterleaved16<M>(r, dp.base[0], dp.order, w);
+        }
     for (; i + kChunk <= w; i += kChunk)
         Chunk3<SP, DP, FwdOp<M>, false>(r + i * SP, g + i * SP, b + i * SP, y + i * DP, u + i * DP, v + i * DP,
                                         nullptr, 0);
@@ -535,6 +565,19 @@ inline void YuvToRgbPixel(const InvCoeffs& K, int32_t Y, int32_t U, int32_t V, c
     *b = static_cast<uint8_t>(Clamp255((yy + K.d * u + rr.b) >> 16));
 }
 
+// Sixteen three-byte Y, U, V pixels a step to three-byte pixels, while the
+// row holds the loads' and stores' reach; returns the first pixel left. Y's
+// weight is exactly 2^16, so each channel is Y plus the split chroma terms.
+template <const InvMember& M>
+inline int Interleaved16(const uint8_t* s, uint8_t* d, int order, int w) {
+    const auto four = [](__m128i yv, __m128i ux, __m128i* c) {
+        c[0] = px4::InvChannel4<0, 0, M.k.a, M.pix.r>(yv, ux);
+        c[1] = px4::InvChannel4<0, -M.k.b, -M.k.c, M.pix.g>(yv, ux);
+        c[2] = px4::InvChannel4<0, M.k.d, 0, M.pix.b>(yv, ux);
+    };
+    return px4::Walk16x3(s, d, order, w, four, [](__m128i a, __m128i b) { return _mm_packs_epi32(a, b); });
+}
+
 // Full resolution. s: Y, U, V (stride SP); d: R, G, B (stride DP), d[3] alpha.
 template <int SP, int DP, const InvMember& M, Alpha A>
 void YuvToRgbRow(const Rows& rw, int w, uint8_t alpha) {
@@ -546,6 +589,11 @@ void YuvToRgbRow(const Rows& rw, int w, uint8_t alpha) {
     uint8_t* __restrict b = rw.d[2];
     uint8_t* __restrict a = rw.d[3];
     int i = 0;
+    if constexpr (SP == 3 && DP == 3)
+        if (u == y + 1 && v == y + 2) {
+            px4::Place<uint8_t*> dp;
+            if (px4::Locate<3>(r, g, b, &dp)) i = Interleaved16<M>(y, dp.base[0], dp.order, w);
+        }
     for (; i + kChunk <= w; i += kChunk)
         Chunk3<SP, DP, InvOp<M>, A == Alpha::Value>(y + i * SP, u + i * SP, v + i * SP, r + i * DP, g + i * DP, b + i * DP,
                                     A == Alpha::Value ? a + i * DP : a, alpha);
