@@ -229,18 +229,19 @@ void FwdRowScalar(const float* s, float* d, int n, const Range& r) {
 
 // Inverse, C3 and planar: blocks of 384 from the start of the row, each
 // sample through x := s - vMin, the base, the vector power on the block, the
-// choice and vMin added back. A zero vMin copies the bits instead of adding
-// or subtracting it, which keeps the sign of a zero and a NaN's payload.
+// choice and vMin added back. A zero vMin takes x as the source sample itself
+// instead of adding or subtracting it, which keeps the sign of a zero and a
+// NaN's payload; in place, each x is read before its output is written.
 template <const FloatRow& M>
 void InvRow(const float* s, float* d, int n, const Range& r) {
     const bool shift = r.vMin != 0.0f;
-    float xs[kBlock], buf[kBlock];
+    float shifted[kBlock], buf[kBlock];
     for (int b = 0; b < n; b += kBlock) {
         const int len = n - b < kBlock ? n - b : kBlock;
+        const float* xs = s + b;
         if (shift) {
-            for (int i = 0; i < len; ++i) xs[i] = s[b + i] - r.vMin;
-        } else {
-            __builtin_memcpy(xs, s + b, sizeof(float) * len);
+            for (int i = 0; i < len; ++i) shifted[i] = s[b + i] - r.vMin;
+            xs = shifted;
         }
         for (int i = 0; i < len; ++i) buf[i] = InvBase<M>(xs[i], r);
         mx_zilsPowx_32f_A21(buf, buf, len, kInvPower);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "power.h"
+#include <emmintrin.h>
 #include "power_tables.inc"
 
 namespace zil::pw {
@@ -93,7 +94,9 @@ inline void Unzip(const double* a, const double* b, const double* c, const doubl
 // nothing written, when a lane leaves the common path (x outside that domain,
 // or the quick range test or the result's range test deciding other than for
 // a tiny logarithm); the caller then runs LogExpF per lane.
-inline bool Any(I4 m) { return Bits<unsigned __int128>(m) != 0; }
+// Every caller passes a lane mask (all ones or zero), so the sign bits decide;
+// one movmskps keeps the test in the vector unit.
+inline bool Any(I4 m) { return _mm_movemask_ps(Bits<__m128>(m)) != 0; }
 // The upper and the lower 32-bit halves of four doubles, gathered by one
 // shuffle of the two register halves.
 inline U4 HiWords(D4 v) {

@@ -92,37 +92,60 @@ inline float FastExp(double w) {
 inline bool WInRange(double w) { return (Hi(w) & 0x7FFFFFFFu) < 0x4055C000u; }
 inline bool PositiveNormal(float x) { return FBits(x) - 0x00800000u < 0x7F000000u; }
 
+// The group's constants, four lanes each, in read-only memory. FastGroup reads
+// them through a pointer the compiler cannot see into, so they stay memory
+// operands of the arithmetic instead of being splatted into a register anew
+// for every group of the loop.
+struct alignas(32) GroupConsts {
+    D4 ln2, c3, c2, toN, round, fromN;
+    F4 half, round15;
+};
+constexpr D4 Splat(double v) { return D4{v, v, v, v}; }
+inline constexpr GroupConsts kGroup{Splat(kLn2),     Splat(0.33333333333238757), Splat(0.4999999999992423),
+                                    Splat(k128ByLn2), Splat(kRound),              Splat(kLn2By128),
+                                    F4{0.5f, 0.5f, 0.5f, 0.5f},   F4{32768.0f, 32768.0f, 32768.0f, 32768.0f}};
+
 // The fast path on a group of four, in vector registers: the same operations
 // as FastW and FastExp, lane by lane, so the same bits. False (nothing
 // written) when an element is not a positive normal or its |w| is too large.
-inline bool FastGroup(const float* src, float* dst, float power) {
+inline bool FastGroup(const float* src, float* dst, const D4& power) {
+    const GroupConsts* k = &kGroup;
+    __asm__("" : "+r"(k));
     F4 x;
     __builtin_memcpy(&x, src, 16);
     const U4 bx = Bits<U4>(x);
     if (Any(bx - 0x00800000u >= 0x7F000000u)) return false;
     const U4 idx = (((bx >> 14) & 0x1FFu) + 1u) >> 1;
-    const Q4 db = Bits<Q4>(__builtin_convertvector(x, D4));
-    // e as a double: 2^52 + field, less 2^52 + 1023.
-    const D4 e = Bits<D4>((db >> 52) | 0x4330000000000000ull) - (4503599627370496.0 + 1023.0);
-    const D4 m = Bits<D4>((db & 0xFFFFFFFFFFFFFull) | 0x3FF0000000000000ull);
-    const D4 mr = (m + kRound256) - kRound256;
-    D4 ln, rcp;
-    Unzip(&Table[idx[0]].ln, &Table[idx[1]].ln, &Table[idx[2]].ln, &Table[idx[3]].ln, ln, rcp);
-    const D4 z = (m - mr) * rcp;
-    const D4 w = static_cast<double>(power) *
-                 (((e * kLn2 + ln) + z) + ((0.33333333333238757 * z - 0.4999999999992423) * z) * z);
+    // Exponent and mantissa straight from the float's fields; a float is a
+    // double's exact value, so these are the double's e and m. The mantissa
+    // goes to 1/256 in float through 2^15, whose units are 2^-8: the same
+    // rounding, ties to even, as through 2^44 in double, and m - mr is exact
+    // in either precision since the two are within 2^-9 of each other.
+    const D4 e = __builtin_convertvector(Bits<I4>(bx >> 23) - 127, D4);
+    const F4 m = Bits<F4>((bx & 0x7FFFFFu) | 0x3F800000u);
+    const F4 mr = (m + k->round15) - k->round15;
+    // The (ln, rcp) pairs, one 16-byte load a lane, gathered here rather than
+    // through Unzip so that they never pass through memory.
+    typedef double Pair __attribute__((vector_size(16), may_alias));
+    const D2 p0 = *reinterpret_cast<const Pair*>(&Table[idx[0]].ln);
+    const D2 p1 = *reinterpret_cast<const Pair*>(&Table[idx[1]].ln);
+    const D2 p2 = *reinterpret_cast<const Pair*>(&Table[idx[2]].ln);
+    const D2 p3 = *reinterpret_cast<const Pair*>(&Table[idx[3]].ln);
+    const D4 ln = {p0[0], p1[0], p2[0], p3[0]}, rcp = {p0[1], p1[1], p2[1], p3[1]};
+    const D4 z = __builtin_convertvector(m - mr, D4) * rcp;
+    const D4 w = power * (((e * k->ln2 + ln) + z) + ((k->c3 * z - k->c2) * z) * z);
     // |w| at or above 87, read on the upper words (87 has a zero lower word).
     if (Any((HiWords(w) & 0x7FFFFFFFu) >= 0x4055C000u)) return false;
-    const D4 nr = w * k128ByLn2 + kRound;
-    const F4 r = __builtin_convertvector(w - (nr - kRound) * kLn2By128, F4);
+    const D4 nr = w * k->toN + k->round;
+    const F4 r = __builtin_convertvector(w - (nr - k->round) * k->fromN, F4);
     const I4 n = Bits<I4>(LoWords(nr));
-    const I4 j = n & 127;
+    const U4 j = Bits<U4>(n) & 127u;
     // The (hi, lo) float pairs of exp2f_table, one 8-byte load a lane.
     const D4 pairs = {Bits<double>(exp2f_table[j[0]]), Bits<double>(exp2f_table[j[1]]),
                       Bits<double>(exp2f_table[j[2]]), Bits<double>(exp2f_table[j[3]])};
     const F4 H = Bits<F4>(LoWords(pairs)), Lo = Bits<F4>(HiWords(pairs));
     const F4 scale = Bits<F4>(((n >> 7) + 127) << 23);
-    const F4 R = ((r * r * 0.5f + (Lo + r)) * H + H) * scale;
+    const F4 R = ((r * r * k->half + (Lo + r)) * H + H) * scale;
     __builtin_memcpy(dst, &R, 16);
     return true;
 }
@@ -216,9 +239,10 @@ ZilStatus own_zils_sPowx_EXHAynn(const float* src, float* dst, int len, float po
     int status = zilStatusOk;
     const ScalarFn scalar = own_zils_sPowx_EX_ttab[0].scalar;
     const int grouped = len & ~7;
+    const D4 powerD = Splat(static_cast<double>(power));
     int i = 0;
     for (; i < grouped; i += 4) {
-        if (FastGroup(src + i, dst + i, power)) continue;
+        if (FastGroup(src + i, dst + i, powerD)) continue;
         const float x0 = src[i], x1 = src[i + 1], x2 = src[i + 2], x3 = src[i + 3];
         dst[i] = scalar(x0, power, &status);
         dst[i + 1] = scalar(x1, power, &status);
