@@ -63,15 +63,17 @@ inline VF4 Sel(VI4 m, VF4 a, VF4 b) { return (VF4)Sel(m, (VI4)a, (VI4)b); }
 inline VF4 Float(VI4 v) { return __builtin_convertvector(v, VF4); }
 inline VI4 TruncV(VF4 v) { return __builtin_convertvector(v, VI4); }
 // CubeRootF on the lanes in `use` (the others give an unused value), for
-// lanes below 2^120 (the 8-bit kernels pass at most 1.1). The estimate:
-// Halley's step r (r^3 + 2v) / (2 r^3 + v) turns a relative error e into
+// lanes below 2^120 (the 8-bit kernels pass at most 1.1). The estimate starts
+// from a third of the bit pattern plus a bias, within 3.2%; the third is taken
+// in single lanes, off by at most 64 units of the pattern (below 1e-5 of the
+// start). Halley's step r (r^3 + 2v) / (2 r^3 + v) turns a relative error e into
 // e^3 (2 + e) / (3 + 6e + 6e^2 + 2e^3), about 2e^3/3. The first step runs in
 // single lanes: from the 3.2% start it leaves 2.3e-5, plus under 2^-21 of
 // rounding; the second, in double, leaves (2/3) (2.4e-5)^3 < 2^-46, plus a
 // few units in 2^-53. That is inside the 2^-40 that CubeRootF's interval
 // test needs.
 inline VF4 CubeRootFV(VF4 v, VI4 use) {
-    VF4 s = (VF4)((VU4)v / 3u + 0x2A5137A0u);
+    VF4 s = (VF4)(TruncV(Float((VI4)v) * (1.f / 3)) + 0x2A5137A0);
     const VF4 s3 = s * s * s;
     s = s * (s3 + 2.f * v) / (2.f * s3 + v);
     // The double step on each pair of lanes.
