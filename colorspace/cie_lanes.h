@@ -27,12 +27,17 @@ using VI = int32_t __attribute__((vector_size(4 * kLanes)));
 // For the baseline processor the compiler splits eight-lane arithmetic into
 // four-lane halves, but comparisons and division by a constant it does lane
 // by lane in scalar code. Those go through On4, which applies them to the
-// two halves.
+// two halves. With 256-bit lanes they are whole-vector operations, and the
+// halves only cost a rejoin.
 template <class V, class Op>
 inline auto On4(V a, V b, Op op) {
+#ifdef __AVX2__
+    return op(a, b);
+#else
     const auto r0 = op(__builtin_shufflevector(a, a, 0, 1, 2, 3), __builtin_shufflevector(b, b, 0, 1, 2, 3));
     const auto r1 = op(__builtin_shufflevector(a, a, 4, 5, 6, 7), __builtin_shufflevector(b, b, 4, 5, 6, 7));
     return __builtin_shufflevector(r0, r1, 0, 1, 2, 3, 4, 5, 6, 7);
+#endif
 }
 template <class V>
 inline VI Lt(V a, V b) { return On4(a, b, [](auto x, auto y) { return x < y; }); }
