@@ -72,18 +72,18 @@ inline void Fwd8u(const uint8_t* s, uint8_t* d) {  // s: R, G, B
     d[1] = uint8_t(Trunc((f.fx - f.fy) * 500.f + 128.5f));
     d[2] = uint8_t(Trunc((f.fy - f.fz) * 200.f + 128.5f));
 }
-// Fwd8u eight pixels at a time, the branches of F as selects.
-inline VF FV(VF t) {
-    const VI cube = Lt(VF{} + kThresh, t);
+// Fwd8u over lanes (four at a time, cie_lanes.h), the branches of F as selects.
+inline VF4 FV(VF4 t) {
+    const VI4 cube = Lt(VF4{} + kThresh, t);
     return Sel(cube, CubeRootFV(t, cube), kSlopeF * t + kOffF);
 }
-inline void Fwd8uBlock(VI r0, VI g0, VI b0, VI* o) {
-    const VF r = Float(r0), g = Float(g0), b = Float(b0);
-    const VF x = SumX(r, g, b) / kWhiteX8, y = SumY(r, g, b) / 255.f, z = SumZ(r, g, b) / kWhiteZ8;
-    const VI cube = Lt(VF{} + kThresh, y);
-    const VF root = CubeRootFV(y, cube);
-    const VF fy = Sel(cube, root, kSlopeF * y + kOffF), l = Sel(cube, 116.f * root - 16.f, kSlopeL * y);
-    const VF fx = FV(x), fz = FV(z);
+inline void Fwd8uLanes(VI4 r0, VI4 g0, VI4 b0, VI4* o) {
+    const VF4 r = Float(r0), g = Float(g0), b = Float(b0);
+    const VF4 x = SumX(r, g, b) / kWhiteX8, y = SumY(r, g, b) / 255.f, z = SumZ(r, g, b) / kWhiteZ8;
+    const VI4 cube = Lt(VF4{} + kThresh, y);
+    const VF4 root = CubeRootFV(y, cube);
+    const VF4 fy = Sel(cube, root, kSlopeF * y + kOffF), l = Sel(cube, 116.f * root - 16.f, kSlopeL * y);
+    const VF4 fx = FV(x), fz = FV(z);
     o[0] = TruncV(l * 255.f / 100.f + 0.5f);
     o[1] = TruncV((fx - fy) * 500.f + 128.5f);
     o[2] = TruncV((fy - fz) * 200.f + 128.5f);
@@ -149,23 +149,33 @@ inline void Inv32f(const float* s, float* d) {
 
 // The one loop of every member. The body sees the RGB side in R, G, B order;
 // for a BGR member the three samples are gathered (or scattered) reversed.
-// Block, where given, converts eight pixels at a time first (cie_lanes.h).
+// Blocks, where given, converts pixels in blocks first (cie_lanes.h): eight
+// at a time, or four in single registers.
+struct NoBlocks {
+    template <int I0, int O0, class S, class D>
+    static int Run(const S*, D*, int) { return 0; }
+};
 template <void (*Fn)(VI, VI, VI, VI*)>
-struct Blocked { static void Block(VI a, VI b, VI c, VI* o) { Fn(a, b, c, o); } };
+struct Eights {
+    static void Block(VI a, VI b, VI c, VI* o) { Fn(a, b, c, o); }
+    template <int I0, int O0>
+    static int Run(const uint8_t* s, uint8_t* d, int w) { return RunBlocks<Eights, 3, I0, O0>(s, d, w); }
+};
+template <void (*Fn)(VI4, VI4, VI4, VI4*)>
+struct Quads {
+    template <int I0, int O0>
+    static int Run(const uint8_t* s, uint8_t* d, int w) { return RunQuads<Fn, I0, O0>(s, d, w); }
+};
 
-template <class S, class D, void (*Body)(const S*, D*), bool RgbIn, bool Swap,
-          void (*Block)(VI, VI, VI, VI*) = nullptr>
+template <class S, class D, void (*Body)(const S*, D*), bool RgbIn, bool Swap, class Blocks>
 ZilStatus Run(const S* src, int srcStep, D* dst, int dstStep, ZilSize sz) {
     if (ZilStatus st = Check(src, dst, sz)) return st;
     constexpr int i0 = (Swap && RgbIn) ? 2 : 0, o0 = (Swap && !RgbIn) ? 2 : 0;
     for (int y = 0; y < sz.height; ++y, src = Bump(src, srcStep), dst = Bump(dst, dstStep)) {
         const S* s = src;
         D* d = dst;
-        int x = 0;
-        if constexpr (Block != nullptr) {
-            x = RunBlocks<Blocked<Block>, 3, i0, o0>(s, d, sz.width);
-            s += 3 * x, d += 3 * x;
-        }
+        int x = Blocks::template Run<i0, o0>(s, d, sz.width);
+        s += 3 * x, d += 3 * x;
         for (; x < sz.width; ++x, s += 3, d += 3) {
             if constexpr (!Swap) {
                 Body(s, d);
@@ -192,14 +202,14 @@ using namespace zil::cie;
         return Run<S, D, BODY, RGBIN, SWAP, BLOCK>(src, srcStep, dst, dstStep, sz);            \
     }
 
-//              export                      source    dest      body      RGB in  BGR    eight at a time
-ZIL_LAB_EXPORT(ziliRGBToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  false, Fwd8uBlock)
-ZIL_LAB_EXPORT(ziliBGRToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  true,  Fwd8uBlock)
-ZIL_LAB_EXPORT(ziliLabToRGB_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, false, Inv8uBlock)
-ZIL_LAB_EXPORT(ziliLabToBGR_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, true,  Inv8uBlock)
-ZIL_LAB_EXPORT(ziliRGBToLab_32f_C3R,     float,    float,    Fwd32f,   true,  false, nullptr)
-ZIL_LAB_EXPORT(ziliBGRToLab_32f_C3R,     float,    float,    Fwd32f,   true,  true,  nullptr)
-ZIL_LAB_EXPORT(ziliLabToRGB_32f_C3R,     float,    float,    Inv32f,   false, false, nullptr)
-ZIL_LAB_EXPORT(ziliLabToBGR_32f_C3R,     float,    float,    Inv32f,   false, true,  nullptr)
-ZIL_LAB_EXPORT(ziliBGRToLab_8u16u_C3R,   uint8_t,  uint16_t, Fwd8u16u, true,  true,  nullptr)
-ZIL_LAB_EXPORT(ziliLabToBGR_16u8u_C3R,   uint16_t, uint8_t,  Inv16u8u, false, true,  nullptr)
+//              export                      source    dest      body      RGB in  BGR    blocks
+ZIL_LAB_EXPORT(ziliRGBToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  false, Quads<Fwd8uLanes>)
+ZIL_LAB_EXPORT(ziliBGRToLab_8u_C3R,      uint8_t,  uint8_t,  Fwd8u,    true,  true,  Quads<Fwd8uLanes>)
+ZIL_LAB_EXPORT(ziliLabToRGB_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, false, Eights<Inv8uBlock>)
+ZIL_LAB_EXPORT(ziliLabToBGR_8u_C3R,      uint8_t,  uint8_t,  Inv8u,    false, true,  Eights<Inv8uBlock>)
+ZIL_LAB_EXPORT(ziliRGBToLab_32f_C3R,     float,    float,    Fwd32f,   true,  false, NoBlocks)
+ZIL_LAB_EXPORT(ziliBGRToLab_32f_C3R,     float,    float,    Fwd32f,   true,  true,  NoBlocks)
+ZIL_LAB_EXPORT(ziliLabToRGB_32f_C3R,     float,    float,    Inv32f,   false, false, NoBlocks)
+ZIL_LAB_EXPORT(ziliLabToBGR_32f_C3R,     float,    float,    Inv32f,   false, true,  NoBlocks)
+ZIL_LAB_EXPORT(ziliBGRToLab_8u16u_C3R,   uint8_t,  uint16_t, Fwd8u16u, true,  true,  NoBlocks)
+ZIL_LAB_EXPORT(ziliLabToBGR_16u8u_C3R,   uint16_t, uint8_t,  Inv16u8u, false, true,  NoBlocks)

@@ -18,7 +18,11 @@ namespace zil::cie {
 template <class F>
 inline void RowBy16(const uint8_t* s, uint8_t* d, int width, int stride, int swap) {
     if (stride == 3 && !swap) {
-        const int x = ycbcr::Walk16x3(s, d, 0, width, F::Four, F::Narrow);
+        // Through lambdas, not function pointers: a walker of its own for F,
+        // with F's arithmetic inlined rather than called per quartet.
+        const int x = ycbcr::Walk16x3(
+            s, d, 0, width, [](__m128i c02, __m128i c1x, __m128i* sum) { F::Four(c02, c1x, sum); },
+            [](__m128i a, __m128i b) { return F::Narrow(a, b); });
         Row<F, 3, false>(s + 3 * ptrdiff_t(x), d + 3 * ptrdiff_t(x), width - x);
     } else if (stride == 3) {
         Row<F, 3, true>(s, d, width);

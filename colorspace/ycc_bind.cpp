@@ -165,12 +165,8 @@ using Inv16s = Inv16<int16_t, 32768>;
 
 using namespace zil::cie;
 
-// With 256-bit integer lanes the compiler's own vectorisation of the pixel
-// loop outruns the 128-bit walk; there the 8u rows stay pixel by pixel.
-#ifndef __AVX2__
 ZIL_CIE_ROW16(Fwd8u)
 ZIL_CIE_ROW16(Inv8u)
-#endif
 
 // Row layers step in whole samples (SHIFT 1 or 2) except where SHIFT is 0.
 //            conversion depth functor SHIFT
