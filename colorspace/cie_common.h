@@ -125,7 +125,7 @@ inline void RowBy(const typename F::S* s, typename F::D* d, int width, int strid
 // k takes it in samples (arithmetic shift right by k, so an odd byte step
 // loses its remainder) and advances by whole samples.
 template <int Shift>
-constexpr ptrdiff_t Advance(int step) { return ptrdiff_t(step >> Shift) << Shift; }
+constexpr ptrdiff_t Advance(int step) { return ptrdiff_t(step >> Shift) * (ptrdiff_t(1) << Shift); }
 
 template <class T>
 inline T* Bump(T* p, ptrdiff_t bytes) { return AdvanceT(p, bytes); }

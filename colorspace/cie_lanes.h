@@ -94,9 +94,9 @@ inline VF4 CubeRootFV(VF4 v, VI4 use) {
     // away, so e (1 +- 2^-40) rounds to one single, as CubeRootF requires;
     // the other lanes take the power routine.
     VF4 f = _mm_movelh_ps(_mm_cvtpd_ps(e[0]), _mm_cvtpd_ps(e[1]));
-    const VI4 lo32 = (VI4)_mm_shuffle_ps(_mm_castpd_ps(e[0]), _mm_castpd_ps(e[1]), _MM_SHUFFLE(2, 0, 2, 0));
-    const VI4 m = (lo32 + ((1 << 13) - (1 << 28))) & ((1 << 29) - 1);
-    const VI4 bad = use & (m < (1 << 14));
+    const VU4 lo32 = (VU4)_mm_shuffle_ps(_mm_castpd_ps(e[0]), _mm_castpd_ps(e[1]), _MM_SHUFFLE(2, 0, 2, 0));
+    const VU4 m = (lo32 + ((1u << 13) - (1u << 28))) & ((1u << 29) - 1);  // modulo 2^32, then 2^29
+    const VI4 bad = use & (VI4)(m < (1u << 14));
     if (_mm_movemask_epi8((__m128i)bad))
         for (int j = 0; j < 4; ++j)
             if (bad[j]) f[j] = float(CubeRoot(v[j]));
