@@ -6,6 +6,15 @@
 #pragma once
 #include "reduce_workers.h"
 
+// One layout's check layer of a pair: the layout code picks the route's pixel walk.
+#define ZIL_REDUCE_LAYOUT(PAIR, M, ST, DT, LAYOUT, CODE)                                                         \
+    ZIL_IMPL ZilStatus mx_ziliReduceBits_##PAIR##_##LAYOUT(const ST* src, int srcStep, DT* dst, int dstStep,     \
+                                                           ZilSize roi, int noise, ZilDither dither, int levels, \
+                                                           uint8_t* buffer) {                                    \
+        return ReduceBits<M, kWorkers_##PAIR, CODE>(src, srcStep, dst, dstStep, roi, noise, dither, levels,      \
+                                                    buffer);                                                     \
+    }
+
 // Steps of the element-step routes come in elements; the walkers want bytes.
 #define ZIL_REDUCE_PAIR(PAIR, M, ST, DT)                                                                            \
     /* ---- row kernels ---- */                                                                                    \
@@ -115,28 +124,8 @@
         mx_ownReduceBits_st_jj_noise_##PAIR};                                                                      \
     }                                                                                                              \
     /* ---- check layers ---- */                                                                                   \
-    ZIL_IMPL ZilStatus mx_ziliReduceBits_##PAIR##_C1R(const ST* src, int srcStep, DT* dst, int dstStep,            \
-                                                      ZilSize roi, int noise, ZilDither dither, int levels,        \
-                                                      uint8_t* buffer) {                                           \
-        return ReduceBits<M, kWorkers_##PAIR, kCodeC1>(src, srcStep, dst, dstStep, roi, noise, dither, levels,     \
-                                                       buffer);                                                    \
-    }                                                                                                              \
-    ZIL_IMPL ZilStatus mx_ziliReduceBits_##PAIR##_C3R(const ST* src, int srcStep, DT* dst, int dstStep,            \
-                                                      ZilSize roi, int noise, ZilDither dither, int levels,        \
-                                                      uint8_t* buffer) {                                           \
-        return ReduceBits<M, kWorkers_##PAIR, kCodeC3>(src, srcStep, dst, dstStep, roi, noise, dither, levels,     \
-                                                       buffer);                                                    \
-    }                                                                                                              \
-    ZIL_IMPL ZilStatus mx_ziliReduceBits_##PAIR##_AC4R(const ST* src, int srcStep, DT* dst, int dstStep,           \
-                                                       ZilSize roi, int noise, ZilDither dither, int levels,       \
-                                                       uint8_t* buffer) {                                          \
-        return ReduceBits<M, kWorkers_##PAIR, kCodeAC4>(src, srcStep, dst, dstStep, roi, noise, dither, levels,    \
-                                                        buffer);                                                   \
-    }                                                                                                              \
-    ZIL_IMPL ZilStatus mx_ziliReduceBits_##PAIR##_C4R(const ST* src, int srcStep, DT* dst, int dstStep,            \
-                                                      ZilSize roi, int noise, ZilDither dither, int levels,        \
-                                                      uint8_t* buffer) {                                           \
-        return ReduceBits<M, kWorkers_##PAIR, kCodeC4>(src, srcStep, dst, dstStep, roi, noise, dither, levels,     \
-                                                       buffer);                                                    \
-    }                                                                                                              \
+    ZIL_REDUCE_LAYOUT(PAIR, M, ST, DT, C1R, kCodeC1)                                                                \
+    ZIL_REDUCE_LAYOUT(PAIR, M, ST, DT, C3R, kCodeC3)                                                                \
+    ZIL_REDUCE_LAYOUT(PAIR, M, ST, DT, AC4R, kCodeAC4)                                                              \
+    ZIL_REDUCE_LAYOUT(PAIR, M, ST, DT, C4R, kCodeC4)                                                                \
     namespace {
