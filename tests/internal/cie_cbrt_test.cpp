@@ -1,9 +1,9 @@
 // The fast single-precision cube root of the LUV and Lab kernels against the
 // double power routine narrowed to single: same bits over a sweep of the
 // inputs the kernels pass (above the threshold, in 0..1 and far beyond; the
-// lane form up to 64) and at inputs whose cube
-// roots lie next to the midpoint of two singles; the eight-lane form against
-// the scalar one where its lanes fall back singly.
+// lane form up to 64) and at inputs whose cube roots lie next to the midpoint
+// of two singles; the eight-lane form against the scalar one where its lanes
+// fall back singly.
 #include <gtest/gtest.h>
 
 #include <cstring>
