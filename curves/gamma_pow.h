@@ -40,7 +40,12 @@ inline pw::D4 FwdPowEstimate(pw::U4 bt, pw::U4 outside) {
     __asm__("" : "+r"(k));
     // Byte offsets of the lanes' pairs: 16 bytes a pair, by (exponent field
     // - 121) * 256 plus the top eight mantissa bits; 121 is the field of 2^-6.
-    const U4 off = (((bt >> 11) & ~15u) - (121u << 12)) & ~outside;
+    // They go through memory: four scalar loads are cheaper than taking the
+    // lanes out of the register one shuffle and one move at a time.
+    alignas(16) uint32_t off[4];
+    const U4 offv = (((bt >> 11) & ~15u) - (121u << 12)) & ~outside;
+    __builtin_memcpy(off, &offv, 16);
+    __asm__("" : "+m"(off));
     const char* base = reinterpret_cast<const char*>(gammaFwdPow);
     D4 rcp, scale;
     Unzip(reinterpret_cast<const double*>(base + off[0]), reinterpret_cast<const double*>(base + off[1]),
@@ -57,9 +62,12 @@ inline pw::F4 FwdPow4(pw::U4 bt, pw::I4& bad) {
     using namespace pw;
     const U4 outside = bt - 0x3C800000u >= 0x03800000u;  // 2^-6 and 2 as bits
     const D4 E = FwdPowEstimate(bt, outside);
-    // The 29 bits below single precision, against the midpoint 2^28.
-    const I4 off = Bits<I4>(LoWords(E) & 0x1FFFFFFFu) - 0x10000000;
-    bad = Bits<I4>(outside | (Bits<U4>(off + kFwdPowSlack) <= uint32_t(2 * kFwdPowSlack)));
+    // The 29 bits below single precision, at the top of the word: y = 8 low
+    // against the midpoint 2^31. y + 8 slack wraps the near interval
+    // [2^31 - 8 slack, 2^31 + 8 slack] to the bottom of the signed range, so
+    // one signed comparison finds it.
+    const I4 w = Bits<I4>((LoWords(E) << 3) + uint32_t(8 * kFwdPowSlack));
+    bad = Bits<I4>(outside) | (w <= int32_t(INT32_MIN + 16 * kFwdPowSlack));
     return __builtin_convertvector(E, F4);
 }
 
