@@ -206,23 +206,57 @@ inline float FwdOne(float s, const Range& r) {
     const uint32_t bt = pw::FBits(t);
     return FwdUpper<M>(bt - 1u < 0x7F7FFFFFu ? pw::LogExpF(bt, kFwdPower, false) : mx_zilsPowOneF(t, kFwdPower), r);
 }
+// Four samples by the estimate of the power, with no branch; `bad` marks the
+// lanes that need FwdSlow4 (lanes of the lower branch need no power at all).
+template <const FloatRow& M>
+inline pw::F4 FwdFast4(pw::F4 v, const Range& r, pw::I4& bad) {
+    const pw::F4 x = v - r.vMin;
+    pw::I4 lower;
+    const pw::F4 t = FwdT<M>(x, r, lower);
+    const pw::F4 p = FwdPow4(pw::Bits<pw::U4>(t), bad);
+    bad &= ~lower;
+    return pw::Select(lower, 4.5f * x + r.vMin, FwdUpper<M>(p, r));
+}
+// Four samples by the four-lane power, or one by one where that declines.
+template <const FloatRow& M>
+inline void FwdSlow4(pw::F4 v, float* d, const Range& r) {
+    const pw::F4 x = v - r.vMin;
+    pw::I4 lower;
+    const pw::F4 t = FwdT<M>(x, r, lower);
+    pw::F4 p;  // lanes of the lower branch take the power of 0.5, unused
+    if (pw::LogExpF4(pw::Select(lower, pw::F4{} + 0.5f, t), kFwdPower, p)) {
+        const pw::F4 out = pw::Select(lower, 4.5f * x + r.vMin, FwdUpper<M>(p, r));
+        __builtin_memcpy(d, &out, 16);
+    } else {
+        for (int k = 0; k < 4; ++k) d[k] = FwdOne<M>(v[k], r);
+    }
+}
+// Eight samples an iteration, two groups of four whose chains overlap; a pair
+// with a marked lane, rare, goes by FwdSlow4 before anything is written, so
+// that in place its source is still there.
 template <const FloatRow& M>
 void FwdRowScalar(const float* s, float* d, int n, const Range& r) {
+    const Range lr = r;  // a copy no store can alias, so it stays in registers
     int i = 0;
-    for (; i + 4 <= n; i += 4) {
+    for (; i + 8 <= n; i += 8) {
+        pw::F4 v0, v1;
+        __builtin_memcpy(&v0, s + i, 16);
+        __builtin_memcpy(&v1, s + i + 4, 16);
+        pw::I4 bad0, bad1;
+        const pw::F4 o0 = FwdFast4<M>(v0, lr, bad0), o1 = FwdFast4<M>(v1, lr, bad1);
+        if (__builtin_expect(pw::Any(bad0 | bad1), 0)) {
+            FwdSlow4<M>(v0, d + i, r);
+            FwdSlow4<M>(v1, d + i + 4, r);
+        } else {
+            __builtin_memcpy(d + i, &o0, 16);
+            __builtin_memcpy(d + i + 4, &o1, 16);
+        }
+    }
+    if (i + 4 <= n) {
         pw::F4 v;
         __builtin_memcpy(&v, s + i, 16);
-        const pw::F4 x = v - r.vMin;
-        pw::I4 lower;
-        const pw::F4 t = FwdT<M>(x, r, lower);
-        pw::F4 p;  // lanes of the lower branch take the power of 0.5, unused
-        const pw::F4 base = pw::Select(lower, pw::F4{} + 0.5f, t);
-        if (FwdPow4(base, p) || pw::LogExpF4(base, kFwdPower, p)) {
-            const pw::F4 out = pw::Select(lower, 4.5f * x + r.vMin, FwdUpper<M>(p, r));
-            __builtin_memcpy(d + i, &out, 16);
-        } else {
-            for (int k = i; k < i + 4; ++k) d[k] = FwdOne<M>(s[k], r);
-        }
+        FwdSlow4<M>(v, d + i, r);
+        i += 4;
     }
     for (; i < n; ++i) d[i] = FwdOne<M>(s[i], r);
 }
