@@ -1,6 +1,7 @@
 // RGB <-> HSV exports, 8 and 16 bits: per depth one row kernel mx_inner...
 // (C3R and AC4R differ only in the pixel stride) and its row layer mx_my...,
 // which takes steps in elements.
+#include "hsv8_walk.h"
 #include "hue_kernels.h"
 #include "primitives/utils.h"
 
@@ -46,13 +47,12 @@ struct FromHsv {
         const Sector sc = At(c0);
         return HsvSector(sc.i, sc.f, c1 / D.scale, c2);
     }
+    // In lanes, the same steps as SectorOf: h is never negative, so its
+    // floor is its truncation.
     Px<VF> operator()(VF c0, VF c1, VF c2) const {
-        VF i, f;
-        for (int k = 0; k < kLanes; ++k) {
-            const Sector sc = At(c0[k]);
-            i[k] = sc.i, f[k] = sc.f;
-        }
-        return HsvSector(i, f, c1 / D.scale, c2);
+        const VF h = c0 < D.scale ? ((c0 * 360.0f) / D.scale) / 60.0f : VF{};
+        const VF i = __builtin_convertvector(Trunc(h), VF);
+        return HsvSector(i, h - i, c1 / D.scale, c2);
     }
 };
 
@@ -60,7 +60,10 @@ struct FromHsv {
 
 ZIL_IMPL void mx_innerRGBToHSV_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride) {
     if (width < 1) return;
-    Row(Packed(s, stride), Packed(d, stride), width, 0, ToHsv<false>{}, HsvQuant{});
+    // Blocks of sixteen by the tables, the rest by the formula.
+    const int x = stride == 3 ? RgbToHsv8Blocks<3>(s, d, width) : stride == 4 ? RgbToHsv8Blocks<4>(s, d, width) : 0;
+    if (x == width) return;
+    Row(Packed(s + x * stride, stride), Packed(d + x * stride, stride), width - x, 0, ToHsv<false>{}, HsvQuant{});
 }
 ZIL_IMPL void mx_innerRGBToHSV_16u_C3R(const uint16_t* s, uint16_t* d, int width, int stride) {
     if (width < 1) return;
