@@ -103,4 +103,64 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
     return x;
 }
 
+// HSV to RGB for byte pixels, four at a time. In sector i the pixel takes V,
+// P = (1 - S) V and one of Q = (1 - S f) V (odd i) or T = (1 - S (1 - f)) V
+// (even i), so with g = f or 1 - f the one product X = (1 - S g) V serves
+// both. Where the three go depends on the hue byte only: its entry holds g
+// and a byte mask of the channels taking V, X and P. With S = 0 both X and
+// P are V itself.
+struct alignas(16) Hsv8Sector {
+    float g;
+    uint32_t mv, mx, mp;
+};
+
+// Converts the pixels of PS bytes (3 or 4) four at a time and returns the
+// pixels done; a three-byte row stops one pixel early (its 32-bit reads).
+template <int PS>
+inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Sector* sec) {
+    const __m128i m8 = _mm_set1_epi32(0xFF);
+    const __m128 one = _mm_set1_ps(1.0f), half = _mm_set1_ps(0.5f), scale = _mm_set1_ps(255.0f);
+    int x = 0;
+    for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) {
+        __m128i w;
+        if constexpr (PS == 4) {
+            w = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+        } else {
+            uint32_t u[4];
+            for (int k = 0; k < 4; ++k) __builtin_memcpy(&u[k], s + 3 * k, 4);
+            w = _mm_set_epi32(int32_t(u[3]), int32_t(u[2]), int32_t(u[1]), int32_t(u[0]));
+        }
+        const __m128 e0 = _mm_load_ps(&sec[s[0]].g), e1 = _mm_load_ps(&sec[s[PS]].g);
+        const __m128 e2 = _mm_load_ps(&sec[s[2 * PS]].g), e3 = _mm_load_ps(&sec[s[3 * PS]].g);
+        const __m128 a = _mm_unpacklo_ps(e0, e1), b = _mm_unpacklo_ps(e2, e3);
+        const __m128 c = _mm_unpackhi_ps(e0, e1), e = _mm_unpackhi_ps(e2, e3);
+        const __m128 g = _mm_movelh_ps(a, b);
+        const __m128i mv = _mm_castps_si128(_mm_movehl_ps(b, a));
+        const __m128i mx = _mm_castps_si128(_mm_movelh_ps(c, e));
+        const __m128i mp = _mm_castps_si128(_mm_movehl_ps(e, c));
+        const __m128i vi = _mm_and_si128(_mm_srli_epi32(w, 16), m8);
+        const __m128 v = _mm_cvtepi32_ps(vi);
+        const __m128 sat = _mm_div_ps(_mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 8), m8)), scale);
+        const __m128 xf = _mm_mul_ps(_mm_sub_ps(one, _mm_mul_ps(sat, g)), v);
+        const __m128 pf = _mm_mul_ps(_mm_sub_ps(one, sat), v);
+        const __m128i xi = _mm_cvttps_epi32(_mm_add_ps(xf, half));
+        const __m128i pi = _mm_cvttps_epi32(_mm_add_ps(pf, half));
+        // Each value in all three bytes, then each byte from its own.
+        const __m128i vb = _mm_or_si128(vi, _mm_or_si128(_mm_slli_epi32(vi, 8), _mm_slli_epi32(vi, 16)));
+        const __m128i xb = _mm_or_si128(xi, _mm_or_si128(_mm_slli_epi32(xi, 8), _mm_slli_epi32(xi, 16)));
+        const __m128i pb = _mm_or_si128(pi, _mm_or_si128(_mm_slli_epi32(pi, 8), _mm_slli_epi32(pi, 16)));
+        const __m128i o = _mm_or_si128(_mm_and_si128(vb, mv), _mm_or_si128(_mm_and_si128(xb, mx), _mm_and_si128(pb, mp)));
+        if constexpr (PS == 4) {
+            __m128i* q = reinterpret_cast<__m128i*>(d);
+            _mm_storeu_si128(q, _mm_or_si128(o, _mm_andnot_si128(_mm_set1_epi32(0xFFFFFF), _mm_loadu_si128(q))));
+        } else {
+            const __m128i c12 = Hsv8Compact(o);
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(d), c12);
+            const uint32_t tail = uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(c12, 8)));
+            __builtin_memcpy(d + 8, &tail, 4);
+        }
+    }
+    return x;
+}
+
 }  // namespace zil::hue
