@@ -107,11 +107,11 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
 // P = (1 - S) V and one of Q = (1 - S f) V (odd i) or T = (1 - S (1 - f)) V
 // (even i), so with g = f or 1 - f the one product X = (1 - S g) V serves
 // both. Where the three go depends on the hue byte only: its entry holds g
-// and a byte mask of the channels taking V, X and P. With S = 0 both X and
-// P are V itself.
+// and the place values 1, 256 or 65536 of the channels taking V, X and P
+// (a pixel word of integers below 2^24 is exact in a float). With S = 0
+// both X and P are V itself.
 struct alignas(16) Hsv8Sector {
-    float g;
-    uint32_t mv, mx, mp;
+    float g, kv, kx, kp;
 };
 
 // Converts the pixels of PS bytes (3 or 4) four at a time and returns the
@@ -135,21 +135,16 @@ inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Sec
         const __m128 a = _mm_unpacklo_ps(e0, e1), b = _mm_unpacklo_ps(e2, e3);
         const __m128 c = _mm_unpackhi_ps(e0, e1), e = _mm_unpackhi_ps(e2, e3);
         const __m128 g = _mm_movelh_ps(a, b);
-        const __m128i mv = _mm_castps_si128(_mm_movehl_ps(b, a));
-        const __m128i mx = _mm_castps_si128(_mm_movelh_ps(c, e));
-        const __m128i mp = _mm_castps_si128(_mm_movehl_ps(e, c));
-        const __m128i vi = _mm_and_si128(_mm_srli_epi32(w, 16), m8);
-        const __m128 v = _mm_cvtepi32_ps(vi);
+        const __m128 kv = _mm_movehl_ps(b, a), kx = _mm_movelh_ps(c, e), kp = _mm_movehl_ps(e, c);
+        const __m128 v = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 16), m8));
         const __m128 sat = _mm_div_ps(_mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 8), m8)), scale);
         const __m128 xf = _mm_mul_ps(_mm_sub_ps(one, _mm_mul_ps(sat, g)), v);
         const __m128 pf = _mm_mul_ps(_mm_sub_ps(one, sat), v);
         const __m128i xi = _mm_cvttps_epi32(_mm_add_ps(xf, half));
         const __m128i pi = _mm_cvttps_epi32(_mm_add_ps(pf, half));
-        // Each value in all three bytes, then each byte from its own.
-        const __m128i vb = _mm_or_si128(vi, _mm_or_si128(_mm_slli_epi32(vi, 8), _mm_slli_epi32(vi, 16)));
-        const __m128i xb = _mm_or_si128(xi, _mm_or_si128(_mm_slli_epi32(xi, 8), _mm_slli_epi32(xi, 16)));
-        const __m128i pb = _mm_or_si128(pi, _mm_or_si128(_mm_slli_epi32(pi, 8), _mm_slli_epi32(pi, 16)));
-        const __m128i o = _mm_or_si128(_mm_and_si128(vb, mv), _mm_or_si128(_mm_and_si128(xb, mx), _mm_and_si128(pb, mp)));
+        const __m128 word = _mm_add_ps(_mm_add_ps(_mm_mul_ps(v, kv), _mm_mul_ps(_mm_cvtepi32_ps(xi), kx)),
+                                       _mm_mul_ps(_mm_cvtepi32_ps(pi), kp));
+        const __m128i o = _mm_cvttps_epi32(word);
         if constexpr (PS == 4) {
             __m128i* q = reinterpret_cast<__m128i*>(d);
             _mm_storeu_si128(q, _mm_or_si128(o, _mm_andnot_si128(_mm_set1_epi32(0xFFFFFF), _mm_loadu_si128(q))));

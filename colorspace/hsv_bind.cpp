@@ -85,8 +85,8 @@ ZIL_IMPL void mx_myHSVToRGB_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds,
     for (int k = 0; k < 256; ++k) {
         const Sector sc = SectorOf<k8u>(float(k));
         const int i = int(sc.i), odd = i & 1, c = i >> 1;
-        const auto mask = [](int ch) { return uint32_t(0xFF) << (8 * (ch % 3)); };
-        sec[k] = {odd ? sc.f : 1.0f - sc.f, mask(c + odd), mask(c + 1 - odd), mask(c + 2)};
+        const auto place = [](int ch) { return float(1 << (8 * (ch % 3))); };
+        sec[k] = {odd ? sc.f : 1.0f - sc.f, place(c + odd), place(c + 1 - odd), place(c + 2)};
     }
     for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_8u_C3R(s, d, sz.width, stride, sec);
 }
