@@ -1,6 +1,7 @@
 // RGB <-> HSV exports, 8 and 16 bits: per depth one row kernel mx_inner...
 // (C3R and AC4R differ only in the pixel stride) and its row layer mx_my...,
 // which takes steps in elements.
+#include "hsv8_walk.h"
 #include "hue_kernels.h"
 #include "primitives/utils.h"
 
@@ -29,30 +30,18 @@ Sector SectorOf(float c0) {
     return {i, h - i};
 }
 
-// 8 bits: the sector depends on the hue byte alone, so the 256 of them are
-// worked out once a call. 16 bits: per pixel.
+// Per pixel, or four lanes at a time with the same steps as SectorOf: h is
+// never negative, so its floor is its truncation.
 template <const Depth& D>
 struct FromHsv {
-    const float* ti;  // the 8-bit table, or null
-    const float* tf;
-    Sector At(float c0) const {
-        if (ti) {
-            const int k = int(c0);
-            return {ti[k], tf[k]};
-        }
-        return SectorOf<D>(c0);
-    }
     Px<float> operator()(float c0, float c1, float c2) const {
-        const Sector sc = At(c0);
+        const Sector sc = SectorOf<D>(c0);
         return HsvSector(sc.i, sc.f, c1 / D.scale, c2);
     }
     Px<VF> operator()(VF c0, VF c1, VF c2) const {
-        VF i, f;
-        for (int k = 0; k < kLanes; ++k) {
-            const Sector sc = At(c0[k]);
-            i[k] = sc.i, f[k] = sc.f;
-        }
-        return HsvSector(i, f, c1 / D.scale, c2);
+        const VF h = c0 < D.scale ? ((c0 * 360.0f) / D.scale) / 60.0f : VF{};
+        const VF i = __builtin_convertvector(Trunc(h), VF);
+        return HsvSector(i, h - i, c1 / D.scale, c2);
     }
 };
 
@@ -60,21 +49,26 @@ struct FromHsv {
 
 ZIL_IMPL void mx_innerRGBToHSV_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride) {
     if (width < 1) return;
-    Row(Packed(s, stride), Packed(d, stride), width, 0, ToHsv<false>{}, HsvQuant{});
+    // Blocks of sixteen by the tables, the rest by the formula.
+    const int x = stride == 3 ? RgbToHsv8Blocks<3>(s, d, width) : stride == 4 ? RgbToHsv8Blocks<4>(s, d, width) : 0;
+    if (x == width) return;
+    Row(Packed(s + x * stride, stride), Packed(d + x * stride, stride), width - x, 0, ToHsv<false>{}, HsvQuant{});
 }
 ZIL_IMPL void mx_innerRGBToHSV_16u_C3R(const uint16_t* s, uint16_t* d, int width, int stride) {
     if (width < 1) return;
     Row(Packed(s, stride), Packed(d, stride), width, 0, ToHsv<true>{}, HsvQuant{});
 }
-// ti, tf: the sector table of the 8-bit hue bytes.
-ZIL_IMPL void mx_innerHSVToRGB_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride, const float* ti,
-                                      const float* tf) {
+// sec: the sector table of the 8-bit hue bytes.
+ZIL_IMPL void mx_innerHSVToRGB_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride, const Hsv8Sector* sec) {
     if (width < 1) return;
-    Row(Packed(s, stride), Packed(d, stride), width, 0, FromHsv<k8u>{ti, tf}, Quantise<Round::Half>{});
+    const int x = stride == 3 ? HsvToRgb8Quads<3>(s, d, width, sec) : stride == 4 ? HsvToRgb8Quads<4>(s, d, width, sec) : 0;
+    if (x == width) return;
+    Row(Packed(s + x * stride, stride), Packed(d + x * stride, stride), width - x, 0, FromHsv<k8u>{},
+        Quantise<Round::Half>{});
 }
 ZIL_IMPL void mx_innerHSVToRGB_16u_C3R(const uint16_t* s, uint16_t* d, int width, int stride) {
     if (width < 1) return;
-    Row(Packed(s, stride), Packed(d, stride), width, 0, FromHsv<k16u>{nullptr, nullptr}, Quantise<Round::Half>{});
+    Row(Packed(s, stride), Packed(d, stride), width, 0, FromHsv<k16u>{}, Quantise<Round::Half>{});
 }
 
 ZIL_IMPL void mx_myRGBToHSV_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds, ZilSize sz, int stride) {
@@ -83,13 +77,18 @@ ZIL_IMPL void mx_myRGBToHSV_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds,
 ZIL_IMPL void mx_myRGBToHSV_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int ds, ZilSize sz, int stride) {
     for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerRGBToHSV_16u_C3R(s, d, sz.width, stride);
 }
+// The sector of each hue byte, worked out once a call: even sectors take
+// T, odd ones Q; sector 2k puts V in channel k, X in k + 1 and P in k + 2
+// (mod 3), sector 2k + 1 X in k, V in k + 1.
 ZIL_IMPL void mx_myHSVToRGB_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds, ZilSize sz, int stride) {
-    float ti[256], tf[256];
+    Hsv8Sector sec[256];
     for (int k = 0; k < 256; ++k) {
         const Sector sc = SectorOf<k8u>(float(k));
-        ti[k] = sc.i, tf[k] = sc.f;
+        const int i = int(sc.i), odd = i & 1, c = i >> 1;
+        const auto place = [](int ch) { return float(1 << (8 * (ch % 3))); };
+        sec[k] = {odd ? sc.f : 1.0f - sc.f, place(c + odd), place(c + 1 - odd), place(c + 2)};
     }
-    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_8u_C3R(s, d, sz.width, stride, ti, tf);
+    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_8u_C3R(s, d, sz.width, stride, sec);
 }
 ZIL_IMPL void mx_myHSVToRGB_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int ds, ZilSize sz, int stride) {
     for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_16u_C3R(s, d, sz.width, stride);
