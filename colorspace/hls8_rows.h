@@ -1,0 +1,107 @@
+// RGB <-> HLS row kernels of the 8-bit RGB group (pixel stride 3 or 4; a
+// fourth byte is never touched).
+//
+// RGB to HLS: the hue and the saturation bytes depend on a few small integers
+// only, so they are read from the tables the same formula filled at build
+// time; the lightness (0.5 (max + min) + 0.5, truncated) is (max + min + 1) / 2.
+// HLS to RGB: the three quotients of the bytes by 255 come from float tables
+// of the very same quotients; the rest is the float formula on four lanes.
+#pragma once
+
+#include "hls8_tables.h"
+#include "hue_kernels.h"
+
+namespace zil::hue {
+
+// Table indices of a pixel (or of kLanes pixels): the hue's, the
+// saturation's, and max + min. The selects are masks, not branches: the tie
+// winner of random pixels is not predictable.
+template <class V>
+inline Px<V> Hls8Index(V r, V g, V b) {
+    const V rg = r - g, gb = g - b, br = b - r;
+    const V mx = Max3(r, g, b), mn = Min3(r, g, b);
+    // The winner's leads over the other two channels, in r, g, b order.
+    const V zero{};
+    const V hue = r == mx ? rg << 8 | -br : (g == mx ? (zero + (1 << 16)) | -rg << 8 | gb : (zero + (2 << 16)) | br << 8 | -gb);
+    return {hue, mx << 8 | mn, mx + mn};
+}
+
+// kLanes pixels of PS bytes, each read as one little-endian word (a fourth
+// byte, of the next pixel or of alpha, is dropped by the caller), and three
+// bytes per pixel written from the low three bytes of a word: a three-byte
+// pixel takes a whole word but the last, whose fourth byte is the next
+// pixel's, written after it.
+template <int PS>
+inline VI Hls8Words(const uint8_t* s) {
+    uint32_t w[kLanes];
+    for (int k = 0; k < kLanes; ++k) __builtin_memcpy(&w[k], s + k * PS, 4);
+    return VI{int32_t(w[0]), int32_t(w[1]), int32_t(w[2]), int32_t(w[3])};
+}
+template <int PS>
+inline void Hls8Put3(uint8_t* d, int k, uint32_t u) {
+    if (PS == 3 && k + 1 < kLanes) {
+        __builtin_memcpy(d + k * PS, &u, 4);
+    } else {
+        const uint16_t lo = uint16_t(u);
+        __builtin_memcpy(d + k * PS, &lo, 2);
+        d[k * PS + 2] = uint8_t(u >> 16);
+    }
+}
+
+// Returns the pixels done: a three-byte row stops one pixel early, so that
+// no word reaches past the row.
+template <int PS>
+inline int Hls8FromRgbWords(const uint8_t* s, uint8_t* d, int width) {
+    int x = 0;
+    for (; x + kLanes + (PS == 3) <= width; x += kLanes, s += kLanes * PS, d += kLanes * PS) {
+        const VI w = Hls8Words<PS>(s), m = VI{} + 255;
+        const Px<VI> i = Hls8Index(w & m, (w >> 8) & m, (w >> 16) & m);
+        const VI l = (i.c2 + 1) >> 1;
+        for (int k = 0; k < kLanes; ++k)
+            Hls8Put3<PS>(d, k, uint32_t(hls8Hue[i.c0[k]]) | uint32_t(l[k]) << 8 | uint32_t(hls8Sat[i.c1[k]]) << 16);
+    }
+    return x;
+}
+
+inline void Hls8FromRgbRow(const uint8_t* s, uint8_t* d, int width, int stride) {
+    const int x = stride == 3 ? Hls8FromRgbWords<3>(s, d, width) : Hls8FromRgbWords<4>(s, d, width);
+    s += x * stride, d += x * stride;
+    for (int n = x; n < width; ++n, s += stride, d += stride) {
+        const Px<int> i = Hls8Index<int>(s[0], s[1], s[2]);
+        d[0] = hls8Hue[i.c0], d[1] = uint8_t((i.c2 + 1) >> 1), d[2] = hls8Sat[i.c1];
+    }
+}
+
+template <class V>
+inline Px<V> Hls8ToRgb(V h, V l, V s) {
+    const Px<V> o = HlsToRgbUnit(h, l, s);
+    return {o.c0 * k8u.scale, o.c1 * k8u.scale, o.c2 * k8u.scale};
+}
+
+template <int PS>
+inline int Hls8ToRgbWords(const uint8_t* s, uint8_t* d, int width) {
+    int x = 0;
+    for (; x + kLanes + (PS == 3) <= width; x += kLanes, s += kLanes * PS, d += kLanes * PS) {
+        const uint8_t *p = s, *q = s + PS, *r = s + 2 * PS, *t = s + 3 * PS;
+        const Px<VF> o = Hls8ToRgb(VF{hls8Degrees[p[0]], hls8Degrees[q[0]], hls8Degrees[r[0]], hls8Degrees[t[0]]},
+                                   VF{hls8Unit[p[1]], hls8Unit[q[1]], hls8Unit[r[1]], hls8Unit[t[1]]},
+                                   VF{hls8Unit[p[2]], hls8Unit[q[2]], hls8Unit[r[2]], hls8Unit[t[2]]});
+        const VI m = VI{} + 255;
+        const VI u = (Quant<Round::Half>(o.c0) & m) | (Quant<Round::Half>(o.c1) & m) << 8 |
+                     (Quant<Round::Half>(o.c2) & m) << 16;
+        for (int k = 0; k < kLanes; ++k) Hls8Put3<PS>(d, k, uint32_t(u[k]));
+    }
+    return x;
+}
+
+inline void Hls8ToRgbRow(const uint8_t* s, uint8_t* d, int width, int stride) {
+    const int x = stride == 3 ? Hls8ToRgbWords<3>(s, d, width) : Hls8ToRgbWords<4>(s, d, width);
+    s += x * stride, d += x * stride;
+    for (int n = x; n < width; ++n, s += stride, d += stride) {
+        const Px<float> o = Hls8ToRgb(hls8Degrees[s[0]], hls8Unit[s[1]], hls8Unit[s[2]]);
+        d[0] = uint8_t(Quant<Round::Half>(o.c0)), d[1] = uint8_t(Quant<Round::Half>(o.c1));
+        d[2] = uint8_t(Quant<Round::Half>(o.c2));
+    }
+}
+
+}  // namespace zil::hue
