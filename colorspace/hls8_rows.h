@@ -78,24 +78,42 @@ inline Px<V> Hls8ToRgb(V h, V l, V s) {
     return {o.c0 * k8u.scale, o.c1 * k8u.scale, o.c2 * k8u.scale};
 }
 
+// Four pixels a step. The hue's part of the formula (the channel hues
+// wrapped into 0..360, where each lies on its ramp, the distance from the
+// nearer end) depends on the hue byte alone and comes from its record; the
+// remaining steps are the formula's own, in its order. A channel at the
+// bottom has distance 0: ((m2 - m1) x 0) / 60 + m1 is a zero (of either
+// sign) added to m1, which is m1 itself, also when m1 is +0.
 template <int PS>
-inline int Hls8ToRgbWords(const uint8_t* s, uint8_t* d, int width) {
+inline int Hls8ToRgbLanes(const uint8_t* s, uint8_t* d, int width) {
     int x = 0;
-    for (; x + kLanes + (PS == 3) <= width; x += kLanes, s += kLanes * PS, d += kLanes * PS) {
-        const uint8_t *p = s, *q = s + PS, *r = s + 2 * PS, *t = s + 3 * PS;
-        const Px<VF> o = Hls8ToRgb(VF{hls8Degrees[p[0]], hls8Degrees[q[0]], hls8Degrees[r[0]], hls8Degrees[t[0]]},
-                                   VF{hls8Unit[p[1]], hls8Unit[q[1]], hls8Unit[r[1]], hls8Unit[t[1]]},
-                                   VF{hls8Unit[p[2]], hls8Unit[q[2]], hls8Unit[r[2]], hls8Unit[t[2]]});
-        const VI m = VI{} + 255;
-        const VI u = (Quant<Round::Half>(o.c0) & m) | (Quant<Round::Half>(o.c1) & m) << 8 |
-                     (Quant<Round::Half>(o.c2) & m) << 16;
-        for (int k = 0; k < kLanes; ++k) Hls8Put3<PS>(d, k, uint32_t(u[k]));
+    for (; x + kLanes <= width; x += kLanes, s += kLanes * PS, d += kLanes * PS) {
+        VI a[kLanes];
+        for (int k = 0; k < kLanes; ++k) __builtin_memcpy(&a[k], hls8Ramp + 4 * s[k * PS], sizeof(VI));
+        const VI t0 = ZIL_SHUFFLE(a[0], a[1], VI, 0, 4, 1, 5), t1 = ZIL_SHUFFLE(a[2], a[3], VI, 0, 4, 1, 5);
+        const VI t2 = ZIL_SHUFFLE(a[0], a[1], VI, 2, 6, 3, 7), t3 = ZIL_SHUFFLE(a[2], a[3], VI, 2, 6, 3, 7);
+        const VI dist[3] = {ZIL_SHUFFLE(t0, t1, VI, 0, 1, 4, 5), ZIL_SHUFFLE(t0, t1, VI, 2, 3, 6, 7),
+                            ZIL_SHUFFLE(t2, t3, VI, 0, 1, 4, 5)};
+        const VI top = ZIL_SHUFFLE(t2, t3, VI, 2, 3, 6, 7);
+        const uint8_t *p = s, *q = s + PS, *r = s + 2 * PS, *u = s + 3 * PS;
+        const VF l = VF{hls8Unit[p[1]], hls8Unit[q[1]], hls8Unit[r[1]], hls8Unit[u[1]]};
+        const VF sa = VF{hls8Unit[p[2]], hls8Unit[q[2]], hls8Unit[r[2]], hls8Unit[u[2]]};
+        const VF m2 = 0.5f >= l ? (1.0f + sa) * l : (l + sa) - (sa * l);
+        const VF m1 = (l + l) - m2;
+        const VI grey = sa == 0.0f, m = VI{} + 255;
+        VI out = VI{};
+        for (int c = 0; c < 3; ++c) {
+            const VF ramp = ((m2 - m1) * __builtin_bit_cast(VF, dist[c])) / 60.0f + m1;
+            const VF v = grey ? l : ((top >> c & 1) != 0 ? m2 : ramp);
+            out |= (Quant<Round::Half>(v * k8u.scale) & m) << 8 * c;
+        }
+        for (int k = 0; k < kLanes; ++k) Hls8Put3<PS>(d, k, uint32_t(out[k]));
     }
     return x;
 }
 
 inline void Hls8ToRgbRow(const uint8_t* s, uint8_t* d, int width, int stride) {
-    const int x = stride == 3 ? Hls8ToRgbWords<3>(s, d, width) : Hls8ToRgbWords<4>(s, d, width);
+    const int x = stride == 3 ? Hls8ToRgbLanes<3>(s, d, width) : Hls8ToRgbLanes<4>(s, d, width);
     s += x * stride, d += x * stride;
     for (int n = x; n < width; ++n, s += stride, d += stride) {
         const Px<float> o = Hls8ToRgb(hls8Degrees[s[0]], hls8Unit[s[1]], hls8Unit[s[2]]);

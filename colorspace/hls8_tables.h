@@ -11,3 +11,7 @@ extern "C" ZIL_HIDDEN const uint8_t hls8Sat[65536];
 // HLS to RGB: (h x 360) / 255 and v / 255 for every byte v.
 extern "C" ZIL_HIDDEN const float hls8Degrees[256];
 extern "C" ZIL_HIDDEN const float hls8Unit[256];
+// By the hue byte, four words: for red, green and blue the float distance of
+// the channel's hue from the nearer end of its ramp (0 at the bottom), then
+// bit c set where channel c is at the top.
+extern "C" ZIL_HIDDEN const uint32_t hls8Ramp[1024];

@@ -10,7 +10,11 @@
 //   that cannot lead by 0 (green over red, blue over red or green) leaves
 //   entries no pixel reaches.
 // - saturation: by max and min, from the pixel (max, min, min).
-// The float tables of the inverse: (h x 360) / 255 and v / 255 for every byte.
+// The float tables of the inverse: (h x 360) / 255 and v / 255 for every byte,
+// and by the hue byte one record per channel (red, green, blue: the hue
+// + 120, the hue, the hue - 120, each wrapped into 0..360): the ramp's
+// distance from its nearer end where the channel ramps, 0 where it is at
+// the bottom, and a fourth word with bit c set where channel c is at the top.
 #include <cstdint>
 #include <cstdio>
 
@@ -42,6 +46,30 @@ void Floats(FILE* f, const char* name, float (*entry)(int)) {
     std::fprintf(f, "\n};\n\n");
 }
 
+float Degrees(int k) { return (float(k) * 360.0f) / k8u.scale; }
+
+void Ramps(FILE* f) {
+    std::fprintf(f, "extern \"C\" ZIL_HIDDEN const uint32_t hls8Ramp[1024] = {\n");
+    for (int k = 0; k < 256; ++k) {
+        const float h = Degrees(k);
+        float hr = h + 120.0f, hb = h - 120.0f;
+        hr = hr > 360.0f ? hr - 360.0f : hr;
+        hb = hb < 0.0f ? hb + 360.0f : hb;
+        const float hh[3] = {hr, h, hb};
+        uint32_t top = 0;
+        std::fprintf(f, "   ");
+        for (int c = 0; c < 3; ++c) {
+            float x = 0.0f;
+            if (60.0f > hh[c]) x = hh[c];
+            else if (180.0f > hh[c]) top |= 1u << c;
+            else if (240.0f > hh[c]) x = 240.0f - hh[c];
+            std::fprintf(f, " 0x%08x,", __builtin_bit_cast(uint32_t, x));
+        }
+        std::fprintf(f, " %u,\n", top);
+    }
+    std::fprintf(f, "};\n");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -51,7 +79,8 @@ int main(int argc, char** argv) {
     std::fprintf(f, "// Generated at build time by hls8_tables_gen.cpp; do not edit.\n#include \"hls8_tables.h\"\n\n");
     Bytes(f, "hls8Hue", 3 * 65536, [](int k) { return Hue(k >> 16, (k >> 8) & 255, k & 255); });
     Bytes(f, "hls8Sat", 65536, [](int k) { return Sat(k >> 8, k & 255); });
-    Floats(f, "hls8Degrees", [](int k) { return (float(k) * 360.0f) / k8u.scale; });
+    Floats(f, "hls8Degrees", Degrees);
     Floats(f, "hls8Unit", [](int k) { return float(k) / k8u.scale; });
+    Ramps(f);
     return std::fclose(f) == 0 ? 0 : 1;
 }
