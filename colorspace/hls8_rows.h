@@ -8,6 +8,8 @@
 // of the very same quotients; the rest is the float formula on four lanes.
 #pragma once
 
+#include <emmintrin.h>
+
 #include "hls8_tables.h"
 #include "hue_kernels.h"
 
@@ -16,10 +18,17 @@ namespace zil::hue {
 // Table indices of a pixel (or of kLanes pixels): the hue's, the
 // saturation's, and max + min. The selects are masks, not branches: the tie
 // winner of random pixels is not predictable.
+// Samples of 0..255 in 32-bit lanes have their upper 16 bits clear, so the
+// 16-bit signed max and min of the baseline set give the 32-bit ones.
+inline int Hls8Max(int a, int b) { return a > b ? a : b; }
+inline int Hls8Min(int a, int b) { return a < b ? a : b; }
+inline VI Hls8Max(VI a, VI b) { return VI(_mm_max_epi16(__m128i(a), __m128i(b))); }
+inline VI Hls8Min(VI a, VI b) { return VI(_mm_min_epi16(__m128i(a), __m128i(b))); }
+
 template <class V>
 inline Px<V> Hls8Index(V r, V g, V b) {
     const V rg = r - g, gb = g - b, br = b - r;
-    const V mx = Max3(r, g, b), mn = Min3(r, g, b);
+    const V mx = Hls8Max(Hls8Max(r, g), b), mn = Hls8Min(Hls8Min(r, g), b);
     // The winner's leads over the other two channels, in r, g, b order.
     const V zero{};
     const V hue = r == mx ? rg << 8 | -br : (g == mx ? (zero + (1 << 16)) | -rg << 8 | gb : (zero + (2 << 16)) | br << 8 | -gb);
@@ -56,9 +65,9 @@ inline int Hls8FromRgbWords(const uint8_t* s, uint8_t* d, int width) {
     for (; x + kLanes + (PS == 3) <= width; x += kLanes, s += kLanes * PS, d += kLanes * PS) {
         const VI w = Hls8Words<PS>(s), m = VI{} + 255;
         const Px<VI> i = Hls8Index(w & m, (w >> 8) & m, (w >> 16) & m);
-        const VI l = (i.c2 + 1) >> 1;
+        const VI l = (i.c2 + 1) >> 1 << 8;
         for (int k = 0; k < kLanes; ++k)
-            Hls8Put3<PS>(d, k, uint32_t(hls8Hue[i.c0[k]]) | uint32_t(l[k]) << 8 | uint32_t(hls8Sat[i.c1[k]]) << 16);
+            Hls8Put3<PS>(d, k, hls8Hue[uint32_t(i.c0[k])] | uint32_t(l[k]) | hls8Sat[uint32_t(i.c1[k])] << 16);
     }
     return x;
 }
