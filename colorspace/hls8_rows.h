@@ -4,8 +4,10 @@
 // RGB to HLS: the hue and the saturation bytes depend on a few small integers
 // only, so they are read from the tables the same formula filled at build
 // time; the lightness (0.5 (max + min) + 0.5, truncated) is (max + min + 1) / 2.
-// HLS to RGB: the three quotients of the bytes by 255 come from float tables
-// of the very same quotients; the rest is the float formula on four lanes.
+// HLS to RGB: the lightness and saturation quotients by 255 come from a float
+// table of the very same quotients, the hue's part from a record per hue
+// byte; the rest is the float formula's steps on four lanes. The last pixels
+// of a row run the formula itself.
 #pragma once
 
 #include <emmintrin.h>

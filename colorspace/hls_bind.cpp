@@ -56,10 +56,10 @@ inline void WalkElems(const T* s, int ss, T* d, int ds, ZilSize sz, int stride) 
 
 // ---- RGB group: kernels, row layers, check layers ------------------------------------------
 // ROW: the row kernel (source, destination, width, pixel stride).
-#define ZIL_HLS_LAYERS(STEM, T, ROW)                                                            \
+#define ZIL_HLS_LAYERS(STEM, T, ROW)                                                                   \
     ZIL_IMPL void mx_inner##STEM##_C3R(const T* s, T* d, int width, int stride) {                      \
         if (width < 1) return;                                                                         \
-        ROW(s, d, width, stride);                                                    \
+        ROW(s, d, width, stride);                                                                      \
     }                                                                                                  \
     ZIL_IMPL void mx_my##STEM##_C3R(const T* s, int ss, T* d, int ds, ZilSize sz, int stride) {        \
         WalkElems<T, mx_inner##STEM##_C3R>(s, ss, d, ds, sz, stride);                                  \
