@@ -5,6 +5,7 @@
 // mx_my..., which takes steps in elements. The BGR group (8 bits): one walker
 // over channel pointers, with each member's layout, alpha rule, rounding and
 // order of checks as data.
+#include "hls8_rows.h"
 #include "hue_kernels.h"
 
 namespace zil::hue {
@@ -40,9 +41,9 @@ struct ToHlsNorm {
 
 // One RGB-group row: channels 0, 1, 2 of pixels `stride` elements apart; the
 // fourth element of a four-element pixel is never touched.
-template <class T, class F, class Q>
-inline void RgbRow(const T* s, T* d, int width, int stride, int32_t bias) {
-    Row(Packed(s, stride), Packed(d, stride), width, bias, F{}, Q{});
+template <class T, class F, class Q, int32_t Bias = 0>
+inline void RgbRow(const T* s, T* d, int width, int stride) {
+    Row(Packed(s, stride), Packed(d, stride), width, Bias, F{}, Q{});
 }
 
 // Row layer: steps in elements.
@@ -54,10 +55,11 @@ inline void WalkElems(const T* s, int ss, T* d, int ds, ZilSize sz, int stride) 
 }  // namespace
 
 // ---- RGB group: kernels, row layers, check layers ------------------------------------------
-#define ZIL_HLS_LAYERS(STEM, T, F, Q, BIAS)                                                            \
+// ROW: the row kernel (source, destination, width, pixel stride).
+#define ZIL_HLS_LAYERS(STEM, T, ROW)                                                                   \
     ZIL_IMPL void mx_inner##STEM##_C3R(const T* s, T* d, int width, int stride) {                      \
         if (width < 1) return;                                                                         \
-        RgbRow<T, F, Q>(s, d, width, stride, BIAS);                                                    \
+        ROW(s, d, width, stride);                                                                      \
     }                                                                                                  \
     ZIL_IMPL void mx_my##STEM##_C3R(const T* s, int ss, T* d, int ds, ZilSize sz, int stride) {        \
         WalkElems<T, mx_inner##STEM##_C3R>(s, ss, d, ds, sz, stride);                                  \
@@ -69,14 +71,14 @@ inline void WalkElems(const T* s, int ss, T* d, int ds, ZilSize sz, int stride) 
         return RgbGroupCall<T, mx_my##STEM##_C3R>(src, srcStep, dst, dstStep, sz, 4);                  \
     }
 
-ZIL_HLS_LAYERS(RGBToHLS_8u, uint8_t, ToHls<k8u>, Quantise<Round::Half>, 0)
-ZIL_HLS_LAYERS(RGBToHLS_16u, uint16_t, ToHls<k16u>, Quantise<Round::Half>, 0)
-ZIL_HLS_LAYERS(RGBToHLS_16s, int16_t, ToHls<k16s>, Quantise<Round::Half>, k16s.bias)
-ZIL_HLS_LAYERS(RGBToHLS_32f, float, ToHlsFloat, Keep, 0)
-ZIL_HLS_LAYERS(HLSToRGB_8u, uint8_t, FromHls<k8u>, Quantise<Round::Half>, 0)
-ZIL_HLS_LAYERS(HLSToRGB_16u, uint16_t, FromHls<k16u>, Quantise<Round::Half>, 0)
-ZIL_HLS_LAYERS(HLSToRGB_16s, int16_t, FromHls<k16s>, Quantise<Round::Half>, k16s.bias)
-ZIL_HLS_LAYERS(HLSToRGB_32f, float, FromHlsFloat, Keep, 0)
+ZIL_HLS_LAYERS(RGBToHLS_8u, uint8_t, Hls8FromRgbRow)
+ZIL_HLS_LAYERS(RGBToHLS_16u, uint16_t, (RgbRow<uint16_t, ToHls<k16u>, Quantise<Round::Half>>))
+ZIL_HLS_LAYERS(RGBToHLS_16s, int16_t, (RgbRow<int16_t, ToHls<k16s>, Quantise<Round::Half>, k16s.bias>))
+ZIL_HLS_LAYERS(RGBToHLS_32f, float, (RgbRow<float, ToHlsFloat, Keep>))
+ZIL_HLS_LAYERS(HLSToRGB_8u, uint8_t, Hls8ToRgbRow)
+ZIL_HLS_LAYERS(HLSToRGB_16u, uint16_t, (RgbRow<uint16_t, FromHls<k16u>, Quantise<Round::Half>>))
+ZIL_HLS_LAYERS(HLSToRGB_16s, int16_t, (RgbRow<int16_t, FromHls<k16s>, Quantise<Round::Half>, k16s.bias>))
+ZIL_HLS_LAYERS(HLSToRGB_32f, float, (RgbRow<float, FromHlsFloat, Keep>))
 #undef ZIL_HLS_LAYERS
 
 // ---- BGR group ------------------------------------------------------------------------------
