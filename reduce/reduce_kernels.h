@@ -294,7 +294,7 @@ struct RowIx {
     static constexpr int r = R;
 };
 template <int R, int K, class F>
-inline void ForRows(F&& f) {
+__attribute__((always_inline)) inline void ForRows(F&& f) {
     if constexpr (R < K) {
         f(RowIx<R>{});
         ForRows<R + 1, K>(f);
@@ -306,17 +306,18 @@ inline void ForRows(F&& f) {
 // the row below reads past it. The middle stretch, where every row is inside
 // the image, runs without bounds checks.
 template <int K, int Lag, class Pixel, class Finish>
-inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
+__attribute__((always_inline)) inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
     const int a = Lag * (K - 1), b = width > a ? width : a, end = width + Lag * (K - 1);
-    auto checked = [&](int X) {
-        ForRows<0, K>([&](auto row) {
+    auto checked = [&](int X) __attribute__((always_inline)) {
+        ForRows<0, K>([&](auto row) __attribute__((always_inline)) {
             const int x = X - Lag * decltype(row)::r;
             if (x >= 0 && x < width) pixel(row, x);
             if (x == width) finish(row);
         });
     };
     for (int X = 0; X < a; ++X) checked(X);
-    for (int X = a; X < b; ++X) ForRows<0, K>([&](auto row) { pixel(row, X - Lag * decltype(row)::r); });
+    for (int X = a; X < b; ++X)
+        ForRows<0, K>([&](auto row) __attribute__((always_inline)) { pixel(row, X - Lag * decltype(row)::r); });
     for (int X = b; X < end; ++X) checked(X);
 }
 
@@ -331,8 +332,10 @@ template <int K>
 constexpr int32_t FsInMask(int r) { return r == 0 ? -1 : FsOutMask<K>(r - 1); }
 
 template <const Pair& P, int S, bool Noise, int K>
-inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
-                    const NoiseTab& nz) {
+inline void FsGroup(const RowGroup<P>& gIn, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const NoiseTab& nzIn) {
+    const RowGroup<P> g = gIn;
+    const NoiseTab nz = nzIn;
     const Scales k = kIn;
     const float half = 0.5f * k.step;
     float ring[K][8] = {};
@@ -341,7 +344,7 @@ inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& 
     float left[K] = {};
     Wavefront<K, 2>(
         width,
-        [&](auto row, int x) {
+        [&](auto row, int x) __attribute__((always_inline)) {
             constexpr int r = decltype(row)::r;
             const ErrView<FsInMask<K>(r)> a{r == 0 ? prev : out[r > 0 ? r - 1 : 0]};
             const float e = (((a.at(x + 1) * 3.0f + a.at(x) * 5.0f) + a.at(x - 1)) + left[r] * 7.0f) * 0.0625f;
@@ -349,7 +352,7 @@ inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& 
             left[r] = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
             ErrView<FsOutMask<K>(r)>{out[r]}.at(x) = left[r];
         },
-        [&](auto row) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
+        [&](auto row) __attribute__((always_inline)) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
 }
 
 // The buffer rows of the twelve-neighbour kernels: the two rows above the
@@ -373,8 +376,11 @@ template <int K>
 constexpr int32_t StUp2Mask(int r) { return r <= 1 ? -1 : StOutMask<K>(r - 2); }
 
 template <const Pair& P, int S, bool Noise, int K>
-inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
-                    const Weights12& wt, const NoiseTab& nz) {
+inline void StGroup(const RowGroup<P>& gIn, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const Weights12& wtIn, const NoiseTab& nzIn) {
+    const RowGroup<P> g = gIn;
+    const Weights12 wt = wtIn;
+    const NoiseTab nz = nzIn;
     const Scales k = kIn;
     const float half = 0.5f * k.step;
     float ring[K][16] = {};
@@ -383,7 +389,7 @@ inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn
     float l2[K] = {}, l1[K] = {};
     Wavefront<K, 3>(
         width,
-        [&](auto row, int x) {
+        [&](auto row, int x) __attribute__((always_inline)) {
             constexpr int r = decltype(row)::r;
             const ErrView<StUp2Mask<K>(r)> p2{r == 0 ? b.prev2 : r == 1 ? b.prev1 : out[r > 1 ? r - 2 : 0]};
             const ErrView<StUp1Mask<K>(r)> p1{r == 0 ? b.prev1 : out[r > 0 ? r - 1 : 0]};
@@ -397,7 +403,7 @@ inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn
             ErrView<StOutMask<K>(r)>{out[r]}.at(x) = err;
             l2[r] = l1[r], l1[r] = err;
         },
-        [&](auto row) {
+        [&](auto row) __attribute__((always_inline)) {
             const ErrView<StOutMask<K>(decltype(row)::r)> o{out[decltype(row)::r]};
             o.at(width) = o.at(width + 1) = 0.0f;
         });
