@@ -247,9 +247,12 @@ __attribute__((always_inline)) inline float DiffuseOne(float v, float e, float l
     const float d0 = t - b0;
     const float d1 = t - b1;
     // The choice is data dependent: a mask select keeps it off the branch
-    // predictor, which would miss about half the time.
-    const __m128 up = _mm_cmpgt_ss(_mm_set_ss(d0), _mm_set_ss(limit));
-    const float d = _mm_cvtss_f32(_mm_or_ps(_mm_and_ps(up, _mm_set_ss(d1)), _mm_andnot_ps(up, _mm_set_ss(d0))));
+    // predictor, which would miss about half the time. The values are
+    // broadcast, not put in a zeroed vector: baseline code zeroes the other
+    // lanes by a round trip through an integer register, on the error chain.
+    const __m128 v0 = _mm_set1_ps(d0), v1 = _mm_set1_ps(d1);
+    const __m128 up = _mm_cmpgt_ps(v0, _mm_set1_ps(limit));
+    const float d = _mm_cvtss_f32(_mm_or_ps(_mm_and_ps(up, v1), _mm_andnot_ps(up, v0)));
     const int32_t isUp = _mm_movemask_ps(up) & 1;
     St(out, LevelOut<P, false>(a0 + isUp, isUp ? b1 : b0, k.levelMul));
     return d;
