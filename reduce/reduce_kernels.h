@@ -264,10 +264,10 @@ __attribute__((always_inline)) inline float DiffuseOne(float v, float e, float l
 // consecutive rows of the walk advance together, each Lag pixels behind the
 // one above; every value is computed by the same operations in the same order
 // as one row at a time, while the processor overlaps the chains. Group sizes,
-// as measured best: eight rows of the four-neighbour kernel, four of the
+// as measured best: eight rows of the four-neighbour kernel, five of the
 // twelve-neighbour ones (whose rows hold more in registers).
 inline constexpr int kFsRows = 8;
-inline constexpr int kStRows = 4;
+inline constexpr int kStRows = 5;
 inline constexpr int kGroupMax = kFsRows > kStRows ? kFsRows : kStRows;
 
 // Consecutive rows of the walk: source and destination of each, and its row
