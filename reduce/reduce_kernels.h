@@ -247,9 +247,12 @@ __attribute__((always_inline)) inline float DiffuseOne(float v, float e, float l
     const float d0 = t - b0;
     const float d1 = t - b1;
     // The choice is data dependent: a mask select keeps it off the branch
-    // predictor, which would miss about half the time.
-    const __m128 up = _mm_cmpgt_ss(_mm_set_ss(d0), _mm_set_ss(limit));
-    const float d = _mm_cvtss_f32(_mm_or_ps(_mm_and_ps(up, _mm_set_ss(d1)), _mm_andnot_ps(up, _mm_set_ss(d0))));
+    // predictor, which would miss about half the time. The values are
+    // broadcast, not put in a zeroed vector: baseline code zeroes the other
+    // lanes by a round trip through an integer register, on the error chain.
+    const __m128 v0 = _mm_set1_ps(d0), v1 = _mm_set1_ps(d1);
+    const __m128 up = _mm_cmpgt_ps(v0, _mm_set1_ps(limit));
+    const float d = _mm_cvtss_f32(_mm_or_ps(_mm_and_ps(up, v1), _mm_andnot_ps(up, v0)));
     const int32_t isUp = _mm_movemask_ps(up) & 1;
     St(out, LevelOut<P, false>(a0 + isUp, isUp ? b1 : b0, k.levelMul));
     return d;
@@ -261,10 +264,10 @@ __attribute__((always_inline)) inline float DiffuseOne(float v, float e, float l
 // consecutive rows of the walk advance together, each Lag pixels behind the
 // one above; every value is computed by the same operations in the same order
 // as one row at a time, while the processor overlaps the chains. Group sizes,
-// as measured best: eight rows of the four-neighbour kernel, four of the
+// as measured best: eight rows of the four-neighbour kernel, five of the
 // twelve-neighbour ones (whose rows hold more in registers).
 inline constexpr int kFsRows = 8;
-inline constexpr int kStRows = 4;
+inline constexpr int kStRows = 5;
 inline constexpr int kGroupMax = kFsRows > kStRows ? kFsRows : kStRows;
 
 // Consecutive rows of the walk: source and destination of each, and its row
@@ -294,7 +297,7 @@ struct RowIx {
     static constexpr int r = R;
 };
 template <int R, int K, class F>
-inline void ForRows(F&& f) {
+__attribute__((always_inline)) inline void ForRows(F&& f) {
     if constexpr (R < K) {
         f(RowIx<R>{});
         ForRows<R + 1, K>(f);
@@ -306,17 +309,18 @@ inline void ForRows(F&& f) {
 // the row below reads past it. The middle stretch, where every row is inside
 // the image, runs without bounds checks.
 template <int K, int Lag, class Pixel, class Finish>
-inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
+__attribute__((always_inline)) inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
     const int a = Lag * (K - 1), b = width > a ? width : a, end = width + Lag * (K - 1);
-    auto checked = [&](int X) {
-        ForRows<0, K>([&](auto row) {
+    auto checked = [&](int X) __attribute__((always_inline)) {
+        ForRows<0, K>([&](auto row) __attribute__((always_inline)) {
             const int x = X - Lag * decltype(row)::r;
             if (x >= 0 && x < width) pixel(row, x);
             if (x == width) finish(row);
         });
     };
     for (int X = 0; X < a; ++X) checked(X);
-    for (int X = a; X < b; ++X) ForRows<0, K>([&](auto row) { pixel(row, X - Lag * decltype(row)::r); });
+    for (int X = a; X < b; ++X)
+        ForRows<0, K>([&](auto row) __attribute__((always_inline)) { pixel(row, X - Lag * decltype(row)::r); });
     for (int X = b; X < end; ++X) checked(X);
 }
 
@@ -331,8 +335,10 @@ template <int K>
 constexpr int32_t FsInMask(int r) { return r == 0 ? -1 : FsOutMask<K>(r - 1); }
 
 template <const Pair& P, int S, bool Noise, int K>
-inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
-                    const NoiseTab& nz) {
+inline void FsGroup(const RowGroup<P>& gIn, float* prev, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const NoiseTab& nzIn) {
+    const RowGroup<P> g = gIn;
+    const NoiseTab nz = nzIn;
     const Scales k = kIn;
     const float half = 0.5f * k.step;
     float ring[K][8] = {};
@@ -341,7 +347,7 @@ inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& 
     float left[K] = {};
     Wavefront<K, 2>(
         width,
-        [&](auto row, int x) {
+        [&](auto row, int x) __attribute__((always_inline)) {
             constexpr int r = decltype(row)::r;
             const ErrView<FsInMask<K>(r)> a{r == 0 ? prev : out[r > 0 ? r - 1 : 0]};
             const float e = (((a.at(x + 1) * 3.0f + a.at(x) * 5.0f) + a.at(x - 1)) + left[r] * 7.0f) * 0.0625f;
@@ -349,7 +355,7 @@ inline void FsGroup(const RowGroup<P>& g, float* prev, int width, const Scales& 
             left[r] = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
             ErrView<FsOutMask<K>(r)>{out[r]}.at(x) = left[r];
         },
-        [&](auto row) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
+        [&](auto row) __attribute__((always_inline)) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
 }
 
 // The buffer rows of the twelve-neighbour kernels: the two rows above the
@@ -373,8 +379,11 @@ template <int K>
 constexpr int32_t StUp2Mask(int r) { return r <= 1 ? -1 : StOutMask<K>(r - 2); }
 
 template <const Pair& P, int S, bool Noise, int K>
-inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
-                    const Weights12& wt, const NoiseTab& nz) {
+inline void StGroup(const RowGroup<P>& gIn, StBufs b, int width, const Scales& kIn, const BaseTabs* tabs,
+                    const Weights12& wtIn, const NoiseTab& nzIn) {
+    const RowGroup<P> g = gIn;
+    const Weights12 wt = wtIn;
+    const NoiseTab nz = nzIn;
     const Scales k = kIn;
     const float half = 0.5f * k.step;
     float ring[K][16] = {};
@@ -383,7 +392,7 @@ inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn
     float l2[K] = {}, l1[K] = {};
     Wavefront<K, 3>(
         width,
-        [&](auto row, int x) {
+        [&](auto row, int x) __attribute__((always_inline)) {
             constexpr int r = decltype(row)::r;
             const ErrView<StUp2Mask<K>(r)> p2{r == 0 ? b.prev2 : r == 1 ? b.prev1 : out[r > 1 ? r - 2 : 0]};
             const ErrView<StUp1Mask<K>(r)> p1{r == 0 ? b.prev1 : out[r > 0 ? r - 1 : 0]};
@@ -397,7 +406,7 @@ inline void StGroup(const RowGroup<P>& g, StBufs b, int width, const Scales& kIn
             ErrView<StOutMask<K>(r)>{out[r]}.at(x) = err;
             l2[r] = l1[r], l1[r] = err;
         },
-        [&](auto row) {
+        [&](auto row) __attribute__((always_inline)) {
             const ErrView<StOutMask<K>(decltype(row)::r)> o{out[decltype(row)::r]};
             o.at(width) = o.at(width + 1) = 0.0f;
         });
