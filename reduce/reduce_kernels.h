@@ -8,6 +8,16 @@
 #include "primitives/random.h"
 #include "reduce_members.h"
 
+// The row-group walk below is forced inline so that the carried errors and the
+// row pointers stay in registers between pixels. A sanitized build is for
+// checking, not speed: forced inline there takes many minutes to compile, and
+// whether a call is inlined changes no result.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define ZIL_WALK_INLINE
+#else
+#define ZIL_WALK_INLINE __attribute__((always_inline))
+#endif
+
 namespace zil::reduce {
 
 // Truncation toward zero. A float source can hold any value, so its pairs use
@@ -297,7 +307,7 @@ struct RowIx {
     static constexpr int r = R;
 };
 template <int R, int K, class F>
-__attribute__((always_inline)) inline void ForRows(F&& f) {
+ZIL_WALK_INLINE inline void ForRows(F&& f) {
     if constexpr (R < K) {
         f(RowIx<R>{});
         ForRows<R + 1, K>(f);
@@ -309,10 +319,10 @@ __attribute__((always_inline)) inline void ForRows(F&& f) {
 // the row below reads past it. The middle stretch, where every row is inside
 // the image, runs without bounds checks.
 template <int K, int Lag, class Pixel, class Finish>
-__attribute__((always_inline)) inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
+ZIL_WALK_INLINE inline void Wavefront(int width, Pixel&& pixel, Finish&& finish) {
     const int a = Lag * (K - 1), b = width > a ? width : a, end = width + Lag * (K - 1);
-    auto checked = [&](int X) __attribute__((always_inline)) {
-        ForRows<0, K>([&](auto row) __attribute__((always_inline)) {
+    auto checked = [&](int X) ZIL_WALK_INLINE {
+        ForRows<0, K>([&](auto row) ZIL_WALK_INLINE {
             const int x = X - Lag * decltype(row)::r;
             if (x >= 0 && x < width) pixel(row, x);
             if (x == width) finish(row);
@@ -320,7 +330,7 @@ __attribute__((always_inline)) inline void Wavefront(int width, Pixel&& pixel, F
     };
     for (int X = 0; X < a; ++X) checked(X);
     for (int X = a; X < b; ++X)
-        ForRows<0, K>([&](auto row) __attribute__((always_inline)) { pixel(row, X - Lag * decltype(row)::r); });
+        ForRows<0, K>([&](auto row) ZIL_WALK_INLINE { pixel(row, X - Lag * decltype(row)::r); });
     for (int X = b; X < end; ++X) checked(X);
 }
 
@@ -347,7 +357,7 @@ inline void FsGroup(const RowGroup<P>& gIn, float* prev, int width, const Scales
     float left[K] = {};
     Wavefront<K, 2>(
         width,
-        [&](auto row, int x) __attribute__((always_inline)) {
+        [&](auto row, int x) ZIL_WALK_INLINE {
             constexpr int r = decltype(row)::r;
             const ErrView<FsInMask<K>(r)> a{r == 0 ? prev : out[r > 0 ? r - 1 : 0]};
             const float e = (((a.at(x + 1) * 3.0f + a.at(x) * 5.0f) + a.at(x - 1)) + left[r] * 7.0f) * 0.0625f;
@@ -355,7 +365,7 @@ inline void FsGroup(const RowGroup<P>& gIn, float* prev, int width, const Scales
             left[r] = DiffuseOne<P>(Value<P>(Ld(g.s[r] + x * S)), e, limit, k, tabs, g.d[r] + x * S);
             ErrView<FsOutMask<K>(r)>{out[r]}.at(x) = left[r];
         },
-        [&](auto row) __attribute__((always_inline)) { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
+        [&](auto row) ZIL_WALK_INLINE { ErrView<FsOutMask<K>(decltype(row)::r)>{out[decltype(row)::r]}.at(width) = 0.0f; });
 }
 
 // The buffer rows of the twelve-neighbour kernels: the two rows above the
@@ -392,7 +402,7 @@ inline void StGroup(const RowGroup<P>& gIn, StBufs b, int width, const Scales& k
     float l2[K] = {}, l1[K] = {};
     Wavefront<K, 3>(
         width,
-        [&](auto row, int x) __attribute__((always_inline)) {
+        [&](auto row, int x) ZIL_WALK_INLINE {
             constexpr int r = decltype(row)::r;
             const ErrView<StUp2Mask<K>(r)> p2{r == 0 ? b.prev2 : r == 1 ? b.prev1 : out[r > 1 ? r - 2 : 0]};
             const ErrView<StUp1Mask<K>(r)> p1{r == 0 ? b.prev1 : out[r > 0 ? r - 1 : 0]};
@@ -406,7 +416,7 @@ inline void StGroup(const RowGroup<P>& gIn, StBufs b, int width, const Scales& k
             ErrView<StOutMask<K>(r)>{out[r]}.at(x) = err;
             l2[r] = l1[r], l1[r] = err;
         },
-        [&](auto row) __attribute__((always_inline)) {
+        [&](auto row) ZIL_WALK_INLINE {
             const ErrView<StOutMask<K>(decltype(row)::r)> o{out[decltype(row)::r]};
             o.at(width) = o.at(width + 1) = 0.0f;
         });
