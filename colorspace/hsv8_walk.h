@@ -113,48 +113,77 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
 struct alignas(16) Hsv8Sector {
     float g, kv, kx, kp;
 };
+// Built per call: the sector of each hue byte, and S = c1 / 255 of each S
+// byte (the quotients themselves, read instead of divided).
+struct Hsv8Tables {
+    Hsv8Sector sec[256];
+    float sat[256];
+};
 
-// Converts the pixels of PS bytes (3 or 4) four at a time and returns the
-// pixels done; a three-byte row stops one pixel early (its 32-bit reads).
+// The pixel words (channel bytes at place values 1, 256, 65536) of the four
+// pixels of PS bytes (3 or 4) at s; a three-byte pixel is read as 32 bits.
 template <int PS>
-inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Sector* sec) {
+inline __m128i Hsv8QuadWords(const uint8_t* s, const Hsv8Tables* tab) {
     const __m128i m8 = _mm_set1_epi32(0xFF);
-    const __m128 one = _mm_set1_ps(1.0f), half = _mm_set1_ps(0.5f), scale = _mm_set1_ps(255.0f);
+    const __m128 one = _mm_set1_ps(1.0f), half = _mm_set1_ps(0.5f);
+    __m128i w;
+    if constexpr (PS == 4) {
+        w = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+    } else {
+        uint32_t u[4];
+        for (int k = 0; k < 4; ++k) __builtin_memcpy(&u[k], s + 3 * k, 4);
+        w = _mm_set_epi32(int32_t(u[3]), int32_t(u[2]), int32_t(u[1]), int32_t(u[0]));
+    }
+    const Hsv8Sector* sec = tab->sec;
+    const __m128 e0 = _mm_load_ps(&sec[s[0]].g), e1 = _mm_load_ps(&sec[s[PS]].g);
+    const __m128 e2 = _mm_load_ps(&sec[s[2 * PS]].g), e3 = _mm_load_ps(&sec[s[3 * PS]].g);
+    const __m128 a = _mm_unpacklo_ps(e0, e1), b = _mm_unpacklo_ps(e2, e3);
+    const __m128 c = _mm_unpackhi_ps(e0, e1), e = _mm_unpackhi_ps(e2, e3);
+    const __m128 g = _mm_movelh_ps(a, b);
+    const __m128 kv = _mm_movehl_ps(b, a), kx = _mm_movelh_ps(c, e), kp = _mm_movehl_ps(e, c);
+    const __m128 v = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 16), m8));
+    const float* st = tab->sat;
+    const __m128 sat = _mm_set_ps(st[s[3 * PS + 1]], st[s[2 * PS + 1]], st[s[PS + 1]], st[s[1]]);
+    const __m128 xf = _mm_mul_ps(_mm_sub_ps(one, _mm_mul_ps(sat, g)), v);
+    const __m128 pf = _mm_mul_ps(_mm_sub_ps(one, sat), v);
+    const __m128i xi = _mm_cvttps_epi32(_mm_add_ps(xf, half));
+    const __m128i pi = _mm_cvttps_epi32(_mm_add_ps(pf, half));
+    const __m128 word = _mm_add_ps(_mm_add_ps(_mm_mul_ps(v, kv), _mm_mul_ps(_mm_cvtepi32_ps(xi), kx)),
+                                   _mm_mul_ps(_mm_cvtepi32_ps(pi), kp));
+    return _mm_cvttps_epi32(word);
+}
+
+// Writes four pixel words; a four-byte pixel keeps its fourth byte.
+template <int PS>
+inline void Hsv8PutQuad(uint8_t* d, __m128i o) {
+    if constexpr (PS == 4) {
+        __m128i* q = reinterpret_cast<__m128i*>(d);
+        _mm_storeu_si128(q, _mm_or_si128(o, _mm_andnot_si128(_mm_set1_epi32(0xFFFFFF), _mm_loadu_si128(q))));
+    } else {
+        const __m128i c12 = Hsv8Compact(o);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(d), c12);
+        const uint32_t tail = uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(c12, 8)));
+        __builtin_memcpy(d + 8, &tail, 4);
+    }
+}
+
+// Converts the pixels of PS bytes (3 or 4) eight, then four at a time and
+// returns the pixels done; a three-byte row stops one pixel early (its
+// 32-bit reads). Both quads of a step are read before either is written.
+template <int PS>
+inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Tables* tab) {
     int x = 0;
-    for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) {
-        __m128i w;
+    for (; x + 8 + (PS == 3) <= width; x += 8, s += 8 * PS, d += 8 * PS) {
+        const __m128i o0 = Hsv8QuadWords<PS>(s, tab), o1 = Hsv8QuadWords<PS>(s + 4 * PS, tab);
         if constexpr (PS == 4) {
-            w = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+            Hsv8PutQuad<4>(d, o0), Hsv8PutQuad<4>(d + 16, o1);
         } else {
-            uint32_t u[4];
-            for (int k = 0; k < 4; ++k) __builtin_memcpy(&u[k], s + 3 * k, 4);
-            w = _mm_set_epi32(int32_t(u[3]), int32_t(u[2]), int32_t(u[1]), int32_t(u[0]));
-        }
-        const __m128 e0 = _mm_load_ps(&sec[s[0]].g), e1 = _mm_load_ps(&sec[s[PS]].g);
-        const __m128 e2 = _mm_load_ps(&sec[s[2 * PS]].g), e3 = _mm_load_ps(&sec[s[3 * PS]].g);
-        const __m128 a = _mm_unpacklo_ps(e0, e1), b = _mm_unpacklo_ps(e2, e3);
-        const __m128 c = _mm_unpackhi_ps(e0, e1), e = _mm_unpackhi_ps(e2, e3);
-        const __m128 g = _mm_movelh_ps(a, b);
-        const __m128 kv = _mm_movehl_ps(b, a), kx = _mm_movelh_ps(c, e), kp = _mm_movehl_ps(e, c);
-        const __m128 v = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 16), m8));
-        const __m128 sat = _mm_div_ps(_mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 8), m8)), scale);
-        const __m128 xf = _mm_mul_ps(_mm_sub_ps(one, _mm_mul_ps(sat, g)), v);
-        const __m128 pf = _mm_mul_ps(_mm_sub_ps(one, sat), v);
-        const __m128i xi = _mm_cvttps_epi32(_mm_add_ps(xf, half));
-        const __m128i pi = _mm_cvttps_epi32(_mm_add_ps(pf, half));
-        const __m128 word = _mm_add_ps(_mm_add_ps(_mm_mul_ps(v, kv), _mm_mul_ps(_mm_cvtepi32_ps(xi), kx)),
-                                       _mm_mul_ps(_mm_cvtepi32_ps(pi), kp));
-        const __m128i o = _mm_cvttps_epi32(word);
-        if constexpr (PS == 4) {
-            __m128i* q = reinterpret_cast<__m128i*>(d);
-            _mm_storeu_si128(q, _mm_or_si128(o, _mm_andnot_si128(_mm_set1_epi32(0xFFFFFF), _mm_loadu_si128(q))));
-        } else {
-            const __m128i c12 = Hsv8Compact(o);
-            _mm_storel_epi64(reinterpret_cast<__m128i*>(d), c12);
-            const uint32_t tail = uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(c12, 8)));
-            __builtin_memcpy(d + 8, &tail, 4);
+            const __m128i c0 = Hsv8Compact(o0), c1 = Hsv8Compact(o1);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_or_si128(c0, _mm_slli_si128(c1, 12)));
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(d + 16), _mm_srli_si128(c1, 4));
         }
     }
+    for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) Hsv8PutQuad<PS>(d, Hsv8QuadWords<PS>(s, tab));
     return x;
 }
 
