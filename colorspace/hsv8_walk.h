@@ -103,7 +103,7 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
     return x;
 }
 
-// HSV to RGB for byte pixels, four at a time. In sector i the pixel takes V,
+// HSV to RGB for byte pixels, in quads. In sector i the pixel takes V,
 // P = (1 - S) V and one of Q = (1 - S f) V (odd i) or T = (1 - S (1 - f)) V
 // (even i), so with g = f or 1 - f the one product X = (1 - S g) V serves
 // both. Where the three go depends on the hue byte only: its entry holds g
