@@ -167,20 +167,26 @@ inline void Hsv8PutQuad(uint8_t* d, __m128i o) {
     }
 }
 
-// Converts the pixels of PS bytes (3 or 4) eight, then four at a time and
+// Converts the pixels of PS bytes (3 or 4) sixteen, then four at a time and
 // returns the pixels done; a three-byte row stops one pixel early (its
-// 32-bit reads). Both quads of a step are read before either is written.
+// 32-bit reads). All quads of a step are read before any is written, so
+// three-byte pixels go out as three whole vectors.
 template <int PS>
 inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Tables* tab) {
     int x = 0;
-    for (; x + 8 + (PS == 3) <= width; x += 8, s += 8 * PS, d += 8 * PS) {
-        const __m128i o0 = Hsv8QuadWords<PS>(s, tab), o1 = Hsv8QuadWords<PS>(s + 4 * PS, tab);
+    for (; x + 16 + (PS == 3) <= width; x += 16, s += 16 * PS, d += 16 * PS) {
+        __m128i o[4];
+        for (int k = 0; k < 4; ++k) o[k] = Hsv8QuadWords<PS>(s + 4 * PS * k, tab);
         if constexpr (PS == 4) {
-            Hsv8PutQuad<4>(d, o0), Hsv8PutQuad<4>(d + 16, o1);
+            for (int k = 0; k < 4; ++k) Hsv8PutQuad<4>(d + 16 * k, o[k]);
         } else {
-            const __m128i c0 = Hsv8Compact(o0), c1 = Hsv8Compact(o1);
+            const __m128i c0 = Hsv8Compact(o[0]), c1 = Hsv8Compact(o[1]);
+            const __m128i c2 = Hsv8Compact(o[2]), c3 = Hsv8Compact(o[3]);
             _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_or_si128(c0, _mm_slli_si128(c1, 12)));
-            _mm_storel_epi64(reinterpret_cast<__m128i*>(d + 16), _mm_srli_si128(c1, 4));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 16),
+                             _mm_or_si128(_mm_srli_si128(c1, 4), _mm_slli_si128(c2, 8)));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 32),
+                             _mm_or_si128(_mm_srli_si128(c2, 8), _mm_slli_si128(c3, 4)));
         }
     }
     for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) Hsv8PutQuad<PS>(d, Hsv8QuadWords<PS>(s, tab));
