@@ -103,7 +103,7 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
     return x;
 }
 
-// HSV to RGB for byte pixels, four at a time. In sector i the pixel takes V,
+// HSV to RGB for byte pixels, in quads. In sector i the pixel takes V,
 // P = (1 - S) V and one of Q = (1 - S f) V (odd i) or T = (1 - S (1 - f)) V
 // (even i), so with g = f or 1 - f the one product X = (1 - S g) V serves
 // both. Where the three go depends on the hue byte only: its entry holds g
@@ -113,48 +113,83 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
 struct alignas(16) Hsv8Sector {
     float g, kv, kx, kp;
 };
+// Built per call: the sector of each hue byte, and S = c1 / 255 of each S
+// byte (the quotients themselves, read instead of divided).
+struct Hsv8Tables {
+    Hsv8Sector sec[256];
+    float sat[256];
+};
 
-// Converts the pixels of PS bytes (3 or 4) four at a time and returns the
-// pixels done; a three-byte row stops one pixel early (its 32-bit reads).
+// The pixel words (channel bytes at place values 1, 256, 65536) of the four
+// pixels of PS bytes (3 or 4) at s; a three-byte pixel is read as 32 bits.
 template <int PS>
-inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Sector* sec) {
+inline __m128i Hsv8QuadWords(const uint8_t* s, const Hsv8Tables* tab) {
     const __m128i m8 = _mm_set1_epi32(0xFF);
-    const __m128 one = _mm_set1_ps(1.0f), half = _mm_set1_ps(0.5f), scale = _mm_set1_ps(255.0f);
+    const __m128 one = _mm_set1_ps(1.0f), half = _mm_set1_ps(0.5f);
+    __m128i w;
+    if constexpr (PS == 4) {
+        w = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+    } else {
+        uint32_t u[4];
+        for (int k = 0; k < 4; ++k) __builtin_memcpy(&u[k], s + 3 * k, 4);
+        w = _mm_set_epi32(int32_t(u[3]), int32_t(u[2]), int32_t(u[1]), int32_t(u[0]));
+    }
+    const Hsv8Sector* sec = tab->sec;
+    const __m128 e0 = _mm_load_ps(&sec[s[0]].g), e1 = _mm_load_ps(&sec[s[PS]].g);
+    const __m128 e2 = _mm_load_ps(&sec[s[2 * PS]].g), e3 = _mm_load_ps(&sec[s[3 * PS]].g);
+    const __m128 a = _mm_unpacklo_ps(e0, e1), b = _mm_unpacklo_ps(e2, e3);
+    const __m128 c = _mm_unpackhi_ps(e0, e1), e = _mm_unpackhi_ps(e2, e3);
+    const __m128 g = _mm_movelh_ps(a, b);
+    const __m128 kv = _mm_movehl_ps(b, a), kx = _mm_movelh_ps(c, e), kp = _mm_movehl_ps(e, c);
+    const __m128 v = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 16), m8));
+    const float* st = tab->sat;
+    const __m128 sat = _mm_set_ps(st[s[3 * PS + 1]], st[s[2 * PS + 1]], st[s[PS + 1]], st[s[1]]);
+    const __m128 xf = _mm_mul_ps(_mm_sub_ps(one, _mm_mul_ps(sat, g)), v);
+    const __m128 pf = _mm_mul_ps(_mm_sub_ps(one, sat), v);
+    const __m128i xi = _mm_cvttps_epi32(_mm_add_ps(xf, half));
+    const __m128i pi = _mm_cvttps_epi32(_mm_add_ps(pf, half));
+    const __m128 word = _mm_add_ps(_mm_add_ps(_mm_mul_ps(v, kv), _mm_mul_ps(_mm_cvtepi32_ps(xi), kx)),
+                                   _mm_mul_ps(_mm_cvtepi32_ps(pi), kp));
+    return _mm_cvttps_epi32(word);
+}
+
+// Writes four pixel words; a four-byte pixel keeps its fourth byte.
+template <int PS>
+inline void Hsv8PutQuad(uint8_t* d, __m128i o) {
+    if constexpr (PS == 4) {
+        __m128i* q = reinterpret_cast<__m128i*>(d);
+        _mm_storeu_si128(q, _mm_or_si128(o, _mm_andnot_si128(_mm_set1_epi32(0xFFFFFF), _mm_loadu_si128(q))));
+    } else {
+        const __m128i c12 = Hsv8Compact(o);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(d), c12);
+        const uint32_t tail = uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(c12, 8)));
+        __builtin_memcpy(d + 8, &tail, 4);
+    }
+}
+
+// Converts the pixels of PS bytes (3 or 4) sixteen, then four at a time and
+// returns the pixels done; a three-byte row stops one pixel early (its
+// 32-bit reads). All quads of a step are read before any is written, so
+// three-byte pixels go out as three whole vectors.
+template <int PS>
+inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Tables* tab) {
     int x = 0;
-    for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) {
-        __m128i w;
+    for (; x + 16 + (PS == 3) <= width; x += 16, s += 16 * PS, d += 16 * PS) {
+        __m128i o[4];
+        for (int k = 0; k < 4; ++k) o[k] = Hsv8QuadWords<PS>(s + 4 * PS * k, tab);
         if constexpr (PS == 4) {
-            w = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+            for (int k = 0; k < 4; ++k) Hsv8PutQuad<4>(d + 16 * k, o[k]);
         } else {
-            uint32_t u[4];
-            for (int k = 0; k < 4; ++k) __builtin_memcpy(&u[k], s + 3 * k, 4);
-            w = _mm_set_epi32(int32_t(u[3]), int32_t(u[2]), int32_t(u[1]), int32_t(u[0]));
-        }
-        const __m128 e0 = _mm_load_ps(&sec[s[0]].g), e1 = _mm_load_ps(&sec[s[PS]].g);
-        const __m128 e2 = _mm_load_ps(&sec[s[2 * PS]].g), e3 = _mm_load_ps(&sec[s[3 * PS]].g);
-        const __m128 a = _mm_unpacklo_ps(e0, e1), b = _mm_unpacklo_ps(e2, e3);
-        const __m128 c = _mm_unpackhi_ps(e0, e1), e = _mm_unpackhi_ps(e2, e3);
-        const __m128 g = _mm_movelh_ps(a, b);
-        const __m128 kv = _mm_movehl_ps(b, a), kx = _mm_movelh_ps(c, e), kp = _mm_movehl_ps(e, c);
-        const __m128 v = _mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 16), m8));
-        const __m128 sat = _mm_div_ps(_mm_cvtepi32_ps(_mm_and_si128(_mm_srli_epi32(w, 8), m8)), scale);
-        const __m128 xf = _mm_mul_ps(_mm_sub_ps(one, _mm_mul_ps(sat, g)), v);
-        const __m128 pf = _mm_mul_ps(_mm_sub_ps(one, sat), v);
-        const __m128i xi = _mm_cvttps_epi32(_mm_add_ps(xf, half));
-        const __m128i pi = _mm_cvttps_epi32(_mm_add_ps(pf, half));
-        const __m128 word = _mm_add_ps(_mm_add_ps(_mm_mul_ps(v, kv), _mm_mul_ps(_mm_cvtepi32_ps(xi), kx)),
-                                       _mm_mul_ps(_mm_cvtepi32_ps(pi), kp));
-        const __m128i o = _mm_cvttps_epi32(word);
-        if constexpr (PS == 4) {
-            __m128i* q = reinterpret_cast<__m128i*>(d);
-            _mm_storeu_si128(q, _mm_or_si128(o, _mm_andnot_si128(_mm_set1_epi32(0xFFFFFF), _mm_loadu_si128(q))));
-        } else {
-            const __m128i c12 = Hsv8Compact(o);
-            _mm_storel_epi64(reinterpret_cast<__m128i*>(d), c12);
-            const uint32_t tail = uint32_t(_mm_cvtsi128_si32(_mm_srli_si128(c12, 8)));
-            __builtin_memcpy(d + 8, &tail, 4);
+            const __m128i c0 = Hsv8Compact(o[0]), c1 = Hsv8Compact(o[1]);
+            const __m128i c2 = Hsv8Compact(o[2]), c3 = Hsv8Compact(o[3]);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_or_si128(c0, _mm_slli_si128(c1, 12)));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 16),
+                             _mm_or_si128(_mm_srli_si128(c1, 4), _mm_slli_si128(c2, 8)));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 32),
+                             _mm_or_si128(_mm_srli_si128(c2, 8), _mm_slli_si128(c3, 4)));
         }
     }
+    for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) Hsv8PutQuad<PS>(d, Hsv8QuadWords<PS>(s, tab));
     return x;
 }
 

@@ -58,10 +58,10 @@ ZIL_IMPL void mx_innerRGBToHSV_16u_C3R(const uint16_t* s, uint16_t* d, int width
     if (width < 1) return;
     Row(Packed(s, stride), Packed(d, stride), width, 0, ToHsv<true>{}, HsvQuant{});
 }
-// sec: the sector table of the 8-bit hue bytes.
-ZIL_IMPL void mx_innerHSVToRGB_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride, const Hsv8Sector* sec) {
+// tab: the per-call sector and S tables of the 8-bit bytes.
+ZIL_IMPL void mx_innerHSVToRGB_8u_C3R(const uint8_t* s, uint8_t* d, int width, int stride, const Hsv8Tables* tab) {
     if (width < 1) return;
-    const int x = stride == 3 ? HsvToRgb8Quads<3>(s, d, width, sec) : stride == 4 ? HsvToRgb8Quads<4>(s, d, width, sec) : 0;
+    const int x = stride == 3 ? HsvToRgb8Quads<3>(s, d, width, tab) : stride == 4 ? HsvToRgb8Quads<4>(s, d, width, tab) : 0;
     if (x == width) return;
     Row(Packed(s + x * stride, stride), Packed(d + x * stride, stride), width - x, 0, FromHsv<k8u>{},
         Quantise<Round::Half>{});
@@ -81,14 +81,15 @@ ZIL_IMPL void mx_myRGBToHSV_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int 
 // T, odd ones Q; sector 2k puts V in channel k, X in k + 1 and P in k + 2
 // (mod 3), sector 2k + 1 X in k, V in k + 1.
 ZIL_IMPL void mx_myHSVToRGB_8u_C3R(const uint8_t* s, int ss, uint8_t* d, int ds, ZilSize sz, int stride) {
-    Hsv8Sector sec[256];
+    Hsv8Tables tab;
     for (int k = 0; k < 256; ++k) {
         const Sector sc = SectorOf<k8u>(float(k));
         const int i = int(sc.i), odd = i & 1, c = i >> 1;
         const auto place = [](int ch) { return float(1 << (8 * (ch % 3))); };
-        sec[k] = {odd ? sc.f : 1.0f - sc.f, place(c + odd), place(c + 1 - odd), place(c + 2)};
+        tab.sat[k] = float(k) / k8u.scale;
+        tab.sec[k] = {odd ? sc.f : 1.0f - sc.f, place(c + odd), place(c + 1 - odd), place(c + 2)};
     }
-    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_8u_C3R(s, d, sz.width, stride, sec);
+    for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_8u_C3R(s, d, sz.width, stride, &tab);
 }
 ZIL_IMPL void mx_myHSVToRGB_16u_C3R(const uint16_t* s, int ss, uint16_t* d, int ds, ZilSize sz, int stride) {
     for (int y = 0; y < sz.height; ++y, s += ss, d += ds) mx_innerHSVToRGB_16u_C3R(s, d, sz.width, stride);
