@@ -29,6 +29,28 @@ inline __m128i Hsv8Compact(__m128i w) {
     return _mm_or_si128(_mm_move_epi64(t), _mm_slli_si128(_mm_srli_si128(t, 8), 6));
 }
 
+// Sixteen pixel words, each pixel in its low three bytes, stored as pixels of
+// PS bytes: three-byte pixels as three whole vectors, four-byte ones keeping
+// their fourth byte.
+template <int PS>
+inline void Hsv8Put16(uint8_t* d, const __m128i* o) {
+    if constexpr (PS == 4) {
+        const __m128i keep = _mm_set1_epi32(int32_t(0xFF000000u));
+        for (int k = 0; k < 4; ++k) {
+            __m128i* p = reinterpret_cast<__m128i*>(d + 16 * k);
+            _mm_storeu_si128(p, _mm_or_si128(o[k], _mm_and_si128(_mm_loadu_si128(p), keep)));
+        }
+    } else {
+        const __m128i c0 = Hsv8Compact(o[0]), c1 = Hsv8Compact(o[1]);
+        const __m128i c2 = Hsv8Compact(o[2]), c3 = Hsv8Compact(o[3]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_or_si128(c0, _mm_slli_si128(c1, 12)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 16),
+                         _mm_or_si128(_mm_srli_si128(c1, 4), _mm_slli_si128(c2, 8)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 32),
+                         _mm_or_si128(_mm_srli_si128(c2, 8), _mm_slli_si128(c3, 4)));
+    }
+}
+
 // Converts the whole blocks of sixteen pixels of PS bytes (3 or 4) and
 // returns the pixels done. Each block is read in full before it is written.
 template <int PS>
@@ -83,21 +105,7 @@ inline int RgbToHsv8Blocks(const uint8_t* s, uint8_t* d, int width) {
         const __m128i v0 = _mm_unpacklo_epi8(V, z), v1 = _mm_unpackhi_epi8(V, z);
         const __m128i o[4] = {_mm_unpacklo_epi16(z, v0), _mm_unpackhi_epi16(z, v0), _mm_unpacklo_epi16(z, v1),
                               _mm_unpackhi_epi16(z, v1)};
-        if constexpr (PS == 4) {
-            const __m128i alpha = _mm_set1_epi32(int32_t(0xFF000000u));
-            for (int k = 0; k < 4; ++k) {
-                __m128i* p = reinterpret_cast<__m128i*>(d + 16 * k);
-                _mm_storeu_si128(p, _mm_or_si128(o[k], _mm_and_si128(_mm_loadu_si128(p), alpha)));
-            }
-        } else {
-            const __m128i c0 = Hsv8Compact(o[0]), c1 = Hsv8Compact(o[1]);
-            const __m128i c2 = Hsv8Compact(o[2]), c3 = Hsv8Compact(o[3]);
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_or_si128(c0, _mm_slli_si128(c1, 12)));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 16),
-                             _mm_or_si128(_mm_srli_si128(c1, 4), _mm_slli_si128(c2, 8)));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 32),
-                             _mm_or_si128(_mm_srli_si128(c2, 8), _mm_slli_si128(c3, 4)));
-        }
+        Hsv8Put16<PS>(d, o);
         for (int k = 0; k < 16; ++k) d[PS * k] = hsv8Hue[hueAt[k]], d[PS * k + 1] = hsv8Sat[satAt[k]];
     }
     return x;
@@ -177,17 +185,7 @@ inline int HsvToRgb8Quads(const uint8_t* s, uint8_t* d, int width, const Hsv8Tab
     for (; x + 16 + (PS == 3) <= width; x += 16, s += 16 * PS, d += 16 * PS) {
         __m128i o[4];
         for (int k = 0; k < 4; ++k) o[k] = Hsv8QuadWords<PS>(s + 4 * PS * k, tab);
-        if constexpr (PS == 4) {
-            for (int k = 0; k < 4; ++k) Hsv8PutQuad<4>(d + 16 * k, o[k]);
-        } else {
-            const __m128i c0 = Hsv8Compact(o[0]), c1 = Hsv8Compact(o[1]);
-            const __m128i c2 = Hsv8Compact(o[2]), c3 = Hsv8Compact(o[3]);
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(d), _mm_or_si128(c0, _mm_slli_si128(c1, 12)));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 16),
-                             _mm_or_si128(_mm_srli_si128(c1, 4), _mm_slli_si128(c2, 8)));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(d + 32),
-                             _mm_or_si128(_mm_srli_si128(c2, 8), _mm_slli_si128(c3, 4)));
-        }
+        Hsv8Put16<PS>(d, o);
     }
     for (; x + 4 + (PS == 3) <= width; x += 4, s += 4 * PS, d += 4 * PS) Hsv8PutQuad<PS>(d, Hsv8QuadWords<PS>(s, tab));
     return x;
