@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "../../frame/zil_gen_file.h"
 #include "hue_kernels.h"
 
 namespace {
@@ -73,14 +74,11 @@ void Ramps(FILE* f) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) return 2;
-    FILE* f = std::fopen(argv[1], "w");
-    if (!f) return 1;
-    std::fprintf(f, "// Generated at build time by hls8_tables_gen.cpp; do not edit.\n#include \"hls8_tables.h\"\n\n");
-    Bytes(f, "hls8Hue", 3 * 65536, [](int k) { return Hue(k >> 16, (k >> 8) & 255, k & 255); });
-    Bytes(f, "hls8Sat", 65536, [](int k) { return Sat(k >> 8, k & 255); });
-    Floats(f, "hls8Degrees", Degrees);
-    Floats(f, "hls8Unit", [](int k) { return float(k) / k8u.scale; });
-    Ramps(f);
-    return std::fclose(f) == 0 ? 0 : 1;
+    return zil::GenerateFile(argc, argv, "hls8_tables_gen.cpp", "#include \"hls8_tables.h\"", [](FILE* f) {
+        Bytes(f, "hls8Hue", 3 * 65536, [](int k) { return Hue(k >> 16, (k >> 8) & 255, k & 255); });
+        Bytes(f, "hls8Sat", 65536, [](int k) { return Sat(k >> 8, k & 255); });
+        Floats(f, "hls8Degrees", Degrees);
+        Floats(f, "hls8Unit", [](int k) { return float(k) / k8u.scale; });
+        Ramps(f);
+    });
 }

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "../../frame/zil_gen_file.h"
+
 typedef __float128 quad;
 extern "C" quad powq(quad, quad);
 extern "C" quad exp2q(quad);
@@ -53,14 +55,11 @@ void FwdPowTable(FILE* f) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) return 2;
-    FILE* f = std::fopen(argv[1], "w");
-    if (!f) return 1;
-    std::fprintf(f, "// Generated at build time by gamma_tables_gen.cpp; do not edit.\n#include \"gamma_tables.h\"\n\n");
-    Table(f, "uint8_t", "tableFwd8u", Fwd, 255);
-    Table(f, "uint8_t", "tableInv8u", Inv, 255);
-    Table(f, "uint16_t", "tableFwd16u", Fwd, 65535);
-    Table(f, "uint16_t", "tableInv16u", Inv, 65535);
-    FwdPowTable(f);
-    return std::fclose(f) == 0 ? 0 : 1;
+    return zil::GenerateFile(argc, argv, "gamma_tables_gen.cpp", "#include \"gamma_tables.h\"", [](FILE* f) {
+        Table(f, "uint8_t", "tableFwd8u", Fwd, 255);
+        Table(f, "uint8_t", "tableInv8u", Inv, 255);
+        Table(f, "uint16_t", "tableFwd16u", Fwd, 65535);
+        Table(f, "uint16_t", "tableInv16u", Inv, 65535);
+        FwdPowTable(f);
+    });
 }

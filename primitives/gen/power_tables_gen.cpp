@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "../../frame/zil_gen_file.h"
+
 typedef __float128 quad;
 extern "C" quad logq(quad);
 extern "C" quad exp2q(quad);
@@ -42,53 +44,50 @@ void Pair(FILE* f, quad v, int cut) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) return 2;
-    FILE* f = std::fopen(argv[1], "w");
-    if (!f) return 1;
-    std::fprintf(f, "// Generated at build time by power_tables_gen.cpp; do not edit.\n#pragma once\n\n");
+    return zil::GenerateFile(argc, argv, "power_tables_gen.cpp", "#pragma once", [](FILE* f) {
 
-    std::fprintf(f, "alignas(16) inline constexpr double logf_table_256[256] = {\n");
-    for (int i = 0; i < 256; ++i) std::fprintf(f, "    %a,\n", static_cast<double>(-logq(Rcp(i))));
-    std::fprintf(f, "};\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr double logf_table_256[256] = {\n");
+        for (int i = 0; i < 256; ++i) std::fprintf(f, "    %a,\n", static_cast<double>(-logq(Rcp(i))));
+        std::fprintf(f, "};\n\n");
 
-    std::fprintf(f, "alignas(16) inline constexpr double expf_table_64[65] = {\n");
-    for (int i = 0; i <= 64; ++i) std::fprintf(f, "    %a,\n", static_cast<double>(exp2q(quad(i - 32) / 64)));
-    std::fprintf(f, "};\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr double expf_table_64[65] = {\n");
+        for (int i = 0; i <= 64; ++i) std::fprintf(f, "    %a,\n", static_cast<double>(exp2q(quad(i - 32) / 64)));
+        std::fprintf(f, "};\n\n");
 
-    std::fprintf(f, "struct LoHi { double lo, hi; };\n\n");
-    std::fprintf(f, "alignas(16) inline constexpr LoHi log_table_256[256] = {\n");
-    for (int i = 0; i < 256; ++i) Pair(f, -logq(Rcp(i)), 21);
-    std::fprintf(f, "};\n\n");
+        std::fprintf(f, "struct LoHi { double lo, hi; };\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr LoHi log_table_256[256] = {\n");
+        for (int i = 0; i < 256; ++i) Pair(f, -logq(Rcp(i)), 21);
+        std::fprintf(f, "};\n\n");
 
-    std::fprintf(f, "alignas(16) inline constexpr LoHi exp_table_128[129] = {\n");
-    for (int i = 0; i <= 128; ++i) Pair(f, exp2q(quad(i - 64) / 128), 0);
-    std::fprintf(f, "};\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr LoHi exp_table_128[129] = {\n");
+        for (int i = 0; i <= 128; ++i) Pair(f, exp2q(quad(i - 64) / 128), 0);
+        std::fprintf(f, "};\n\n");
 
-    std::fprintf(f, "struct LnRcp { double ln, rcp; };\n\n");
-    std::fprintf(f, "alignas(16) inline constexpr LnRcp Table[257] = {\n");
-    for (int i = 0; i <= 256; ++i) {
-        const quad a = 1 + quad(i) / 256;
-        std::fprintf(f, "    {%a, %a},\n", static_cast<double>(logq(a)), static_cast<double>(1 / a));
-    }
-    std::fprintf(f, "};\n\n");
+        std::fprintf(f, "struct LnRcp { double ln, rcp; };\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr LnRcp Table[257] = {\n");
+        for (int i = 0; i <= 256; ++i) {
+            const quad a = 1 + quad(i) / 256;
+            std::fprintf(f, "    {%a, %a},\n", static_cast<double>(logq(a)), static_cast<double>(1 / a));
+        }
+        std::fprintf(f, "};\n\n");
 
-    std::fprintf(f, "alignas(16) inline constexpr uint64_t s_dwExp2[128] = {\n");
-    for (int i = 0; i < 128; ++i) {
-        const double v = static_cast<double>(exp2q(quad(i) / 128));
-        uint64_t b;
-        std::memcpy(&b, &v, 8);
-        std::fprintf(f, "    0x%013llxull,\n", static_cast<unsigned long long>(b & 0xFFFFFFFFFFFFFull));
-    }
-    std::fprintf(f, "};\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr uint64_t s_dwExp2[128] = {\n");
+        for (int i = 0; i < 128; ++i) {
+            const double v = static_cast<double>(exp2q(quad(i) / 128));
+            uint64_t b;
+            std::memcpy(&b, &v, 8);
+            std::fprintf(f, "    0x%013llxull,\n", static_cast<unsigned long long>(b & 0xFFFFFFFFFFFFFull));
+        }
+        std::fprintf(f, "};\n\n");
 
-    std::fprintf(f, "struct HiLoF { float hi, lo; };\n\n");
-    std::fprintf(f, "alignas(16) inline constexpr HiLoF exp2f_table[128] = {\n");
-    for (int i = 0; i < 128; ++i) {
-        const quad v = exp2q(quad(i) / 128);
-        const float hi = static_cast<float>(v);
-        const float lo = static_cast<float>(v - hi);
-        std::fprintf(f, "    {%a, %a},\n", static_cast<double>(hi), static_cast<double>(lo));
-    }
-    std::fprintf(f, "};\n");
-    return std::fclose(f) == 0 ? 0 : 1;
+        std::fprintf(f, "struct HiLoF { float hi, lo; };\n\n");
+        std::fprintf(f, "alignas(16) inline constexpr HiLoF exp2f_table[128] = {\n");
+        for (int i = 0; i < 128; ++i) {
+            const quad v = exp2q(quad(i) / 128);
+            const float hi = static_cast<float>(v);
+            const float lo = static_cast<float>(v - hi);
+            std::fprintf(f, "    {%a, %a},\n", static_cast<double>(hi), static_cast<double>(lo));
+        }
+        std::fprintf(f, "};\n");
+    });
 }
